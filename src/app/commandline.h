@@ -1,0 +1,22 @@
+// The long options of the brindar program.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace brindar {
+
+enum class Command { Interactive, Help, Version, ShowColumns, BatchMode, Unknown };
+
+struct CommandLine {
+    Command command = Command::Interactive;
+    QString unknownOption;
+};
+
+// A first argument beginning with "--" is a long option and never batch mode.
+CommandLine ParseCommandLine(const QStringList& arguments);
+
+QString HelpText();
+QString VersionText();
+
+}  // namespace brindar

@@ -1,0 +1,34 @@
+// Small string helpers shared by the readers, the scan, the XML export and the reports.
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+
+namespace brindar {
+
+// Text up to the first character of code 0; empty when there is none (the helper is
+// meant for fixed-size API buffers, which always hold one).
+QString CutAtNul(const QString& text);
+QString TrimTrailingNuls(const QString& text);
+// Removes every LF, CR and blank from the end.
+QString TrimTrailingBlanks(const QString& text);
+// Code 0 becomes a blank, the en dash (code 150) a "-".
+QString CleanForGrid(const QString& text);
+
+// The control-character step only: codes 0, 1, 2, 3, 12, 21, 27, 28 become blanks, then
+// the en dash (code 150) becomes "-".
+QString XmlControlClean(const QString& text);
+// The control-character step, then & " < > escaped (apostrophes stay).
+QString HtmlEscape(const QString& text);
+// The control-character step, then & " ' < > escaped.
+QString XmlEscape(const QString& text);
+// The five entities back to characters, "&amp;" first (so "&amp;lt;" becomes "<").
+QString XmlUnescape(const QString& text);
+
+// UTF-8 as the readers decode it: bytes below 128 as they are, two- and three-byte
+// sequences combined without checking their continuation bytes; any other byte (a
+// stray continuation byte, a four-byte lead, a sequence cut by the end) is taken as its
+// Windows-1252 character, so nothing is lost.
+QString Utf8Decode(QByteArrayView bytes);
+
+}  // namespace brindar
