@@ -19,6 +19,24 @@ void Session::buildColumns()
     columns = BuildColumns(configurationFile, captions, system.nt);
 }
 
+std::optional<QString> Session::chooseLanguage(const QString& name)
+{
+    auto error = SaveOption(configurationPath, QStringLiteral("Configuration"), QStringLiteral("Langue"), name);
+    configurationFile = IniDocument::Load(configurationPath);
+    configuration.langue = name;
+    captions = LoadLanguage(name, settingsFolder, dataFolder);
+    buildColumns();
+    return error;
+}
+
+std::optional<QString> Session::selectConfiguration(const QString& name)
+{
+    auto error = SelectConfiguration(settingsFolder, name);
+    chooser.nom = name;
+    loadConfiguration();
+    return error;
+}
+
 Session StartSession(const QString& settingsFolder, const QString& dataFolder, const SystemInfo& system)
 {
     Session session;

@@ -8,6 +8,7 @@
 #include "platform/systeminfo.h"
 
 #include <QString>
+#include <optional>
 
 namespace brindar {
 
@@ -27,6 +28,13 @@ struct Session {
     // Builds the columns again from the configuration file (after the displayed-metadata
     // dialog or a change of language).
     void buildColumns();
+
+    // The Language menu: stores "Langue" at once, loads the language, rebuilds the columns.
+    // Returns the reason when the setting cannot be saved (the language still changes).
+    std::optional<QString> chooseLanguage(const QString& name);
+    // The configuration-file dialog's OK: stores "Nom" in the chooser and loads that
+    // configuration. Returns the reason when the chooser cannot be saved.
+    std::optional<QString> selectConfiguration(const QString& name);
 };
 
 // Start-up: reads the chooser of the settings folder, loads the configuration it names

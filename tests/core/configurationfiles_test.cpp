@@ -1,6 +1,7 @@
 // The configuration-file dialog's rules: list, names, create, select, remove, save option.
 #include "core/configurationfiles.h"
 #include "core/inifile.h"
+#include "core/session.h"
 
 #include "support/tempfolder.h"
 
@@ -56,4 +57,29 @@ TEST(ConfigurationFiles, CompanionsShareTheBaseName)
     EXPECT_EQ(ConfigurationPath(QStringLiteral("/s"), QStringLiteral("Photos")), u"/s/Photos.ini");
     EXPECT_EQ(ReportsListPath(QStringLiteral("/s"), QStringLiteral("Photos")), u"/s/Photos.txt");
     EXPECT_EQ(SubstitutionsPath(QStringLiteral("/s"), QStringLiteral("Photos")), u"/s/Photos.pat");
+}
+
+TEST(Session, StartUpFollowsTheChooserAndTheConfiguration)
+{
+    TempFolder settings, shipped;
+    settings.write(QStringLiteral("ChoixConfiguration.ini"), "[Configuration]\r\nNom=Photos\r\n");
+    settings.write(QStringLiteral("Photos.ini"), "[Configuration]\r\nLangue=Test\r\n[Proprietes]\r\nTitre=1\r\n");
+    settings.write(QStringLiteral("Other.ini"), "[Proprietes]\r\nAuteur=1\r\n");
+    shipped.write(QStringLiteral("Language/Test.lng"), "[Metadata]\r\n4=Intitul\xE9\r\n5=Auteur\r\n");
+
+    Session session = StartSession(settings.path(), shipped.path(), SystemInfo{});
+    EXPECT_EQ(session.configurationPath, settings.file(QStringLiteral("Photos.ini")));
+    EXPECT_EQ(session.columns.codeList, u":meta.TI");
+    EXPECT_EQ(session.columns.columns[1].header, QStringLiteral(" Intitul\u00E9"));
+
+    // The Language menu saves its choice at once and renames the columns.
+    EXPECT_FALSE(session.chooseLanguage(QStringLiteral("English")));
+    EXPECT_EQ(session.columns.columns[1].header, u" Title");
+    EXPECT_EQ(IniDocument::Load(session.configurationPath).value(QStringLiteral("Configuration"), QStringLiteral("Langue")),
+              u"English");
+    EXPECT_TRUE(settings.read(QStringLiteral("Photos.ini")).contains("[Proprietes]\r\nTitre=1\r\n"));
+
+    EXPECT_FALSE(session.selectConfiguration(QStringLiteral("Other")));
+    EXPECT_EQ(session.columns.codeList, u":meta.AU");
+    EXPECT_EQ(StartSession(settings.path(), shipped.path(), SystemInfo{}).chooser.nom, u"Other");
 }
