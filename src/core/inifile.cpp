@@ -10,7 +10,7 @@ namespace {
 
 bool IsBlank(QChar c) { return c == u' ' || c == u'\t'; }
 
-QStringView TrimBlanks(QStringView s)
+QStringView TrimBlanksAndTabs(QStringView s)
 {
     qsizetype begin = 0, end = s.size();
     while (begin < end && IsBlank(s[begin]))
@@ -23,13 +23,13 @@ QStringView TrimBlanks(QStringView s)
 // "[name]" with blanks allowed around it and around the name.
 std::optional<QString> SectionName(QStringView line)
 {
-    const QStringView t = TrimBlanks(line);
+    const QStringView t = TrimBlanksAndTabs(line);
     if (!t.startsWith(u'['))
         return std::nullopt;
     const qsizetype close = t.lastIndexOf(u']');
     if (close < 1)
         return std::nullopt;
-    return TrimBlanks(t.sliced(1, close - 1)).toString();
+    return TrimBlanksAndTabs(t.sliced(1, close - 1)).toString();
 }
 
 struct Entry {
@@ -39,13 +39,13 @@ struct Entry {
 
 std::optional<Entry> KeyValue(QStringView line)
 {
-    const QStringView t = TrimBlanks(line);
+    const QStringView t = TrimBlanksAndTabs(line);
     if (t.startsWith(u';'))
         return std::nullopt;
     const qsizetype eq = t.indexOf(u'=');
     if (eq < 0)
         return std::nullopt;
-    return Entry{TrimBlanks(t.first(eq)), TrimBlanks(t.sliced(eq + 1))};
+    return Entry{TrimBlanksAndTabs(t.first(eq)), TrimBlanksAndTabs(t.sliced(eq + 1))};
 }
 
 QString Upper(QStringView s) { return s.toString().toUpper(); }
@@ -109,7 +109,7 @@ void IniDocument::reindex()
         if (sections_.isEmpty())
             continue;
         Section& section = sections_.last();
-        if (!TrimBlanks(text).isEmpty())
+        if (!TrimBlanksAndTabs(text).isEmpty())
             section.lastEntry = i;
         if (auto entry = KeyValue(text)) {
             const QString upper = Upper(entry->key);

@@ -39,6 +39,15 @@ QString TrimTrailingNuls(const QString& text)
     return text.left(end);
 }
 
+QStringView TrimBlanks(QStringView text)
+{
+    while (!text.isEmpty() && text.front() == u' ')
+        text = text.sliced(1);
+    while (!text.isEmpty() && text.back() == u' ')
+        text.chop(1);
+    return text;
+}
+
 QString TrimTrailingBlanks(const QString& text)
 {
     qsizetype end = text.size();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QStringView>
 #include <QString>
 
 namespace brindar {
@@ -10,6 +11,8 @@ namespace brindar {
 // meant for fixed-size API buffers, which always hold one).
 QString CutAtNul(const QString& text);
 QString TrimTrailingNuls(const QString& text);
+// Blanks (code 32 only) removed at both ends, as the readers trim their values.
+QStringView TrimBlanks(QStringView text);
 // Removes every LF, CR and blank from the end.
 QString TrimTrailingBlanks(const QString& text);
 // Code 0 becomes a blank, the en dash (code 150) a "-".

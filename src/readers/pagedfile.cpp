@@ -1,0 +1,65 @@
+// Paged reading of a file with a small cache of recent pages.
+#include "readers/pagedfile.h"
+
+#include <algorithm>
+
+namespace brindar {
+
+PagedFile::PagedFile(const QString& path, int pagesKept) : file_(path), pagesKept_(std::max(2, pagesKept))
+{
+    open_ = file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    size_ = open_ ? std::max<qint64>(0, file_.size()) : 0;
+}
+
+const QByteArray& PagedFile::page(qint64 index)
+{
+    if (auto it = pages_.find(index); it != pages_.end())
+        return it->second;
+
+    const qint64 start = index * kPageSize;
+    const qint64 length = std::min(kPageSize, size_ - start);
+    QByteArray bytes(length, '\0');
+    qint64 got = 0;
+    if (file_.seek(start)) {
+        while (got < length) {
+            const qint64 n = file_.read(bytes.data() + got, length - got);
+            if (n <= 0)
+                break;
+            got += n;
+        }
+    }
+    bytesRead_ += got;
+    if (got < length) {
+        shortRead_ = true;
+        std::fill(bytes.begin() + got, bytes.end(), '\0');
+    }
+
+    if (int(pages_.size()) >= pagesKept_) {
+        // at() points at the page it asked for at once, so dropping any page is safe;
+        // callers that walk a page keep their own (shared) copy of it.
+        pages_.erase(recent_.back());
+        recent_.pop_back();
+    }
+    recent_.push_front(index);
+    return pages_.emplace(index, std::move(bytes)).first->second;
+}
+
+QByteArray PagedFile::bytes(qint64 pos, qint64 length)
+{
+    pos = std::clamp<qint64>(pos, 0, size_);
+    length = std::clamp<qint64>(length, 0, size_ - pos);
+    QByteArray out;
+    out.reserve(length);
+    while (length > 0) {
+        qint64 pageStart = 0;
+        const QByteArray& p = pageAt(pos, &pageStart);
+        const qint64 offset = pos - pageStart;
+        const qint64 n = std::min(length, qint64(p.size()) - offset);
+        out.append(p.constData() + offset, n);
+        pos += n;
+        length -= n;
+    }
+    return out;
+}
+
+}  // namespace brindar

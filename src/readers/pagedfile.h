@@ -1,0 +1,66 @@
+// Random access to a file's bytes, read a page at a time and only where asked.
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+#include <list>
+#include <unordered_map>
+
+namespace brindar {
+
+// A file seen as an array of bytes of the size it had when opened. Pages are read on
+// first use with plain reads (never mapped, so a file that shrinks while read cannot
+// raise SIGBUS) and a few are kept. A byte that cannot be read - the file shrank or a
+// read failed - reads as 0, as in a buffer sized to the file that a short read left
+// partly empty, and shortRead() turns true.
+class PagedFile {
+public:
+    static constexpr qint64 kPageSize = 64 * 1024;
+
+    explicit PagedFile(const QString& path, int pagesKept = 64);
+
+    bool isOpen() const { return open_; }
+    qint64 size() const { return size_; }
+    bool shortRead() const { return shortRead_; }
+    qint64 bytesRead() const { return bytesRead_; }
+
+    // The byte at 0-based `pos`, 0 <= pos < size().
+    unsigned char at(qint64 pos)
+    {
+        const qint64 index = pos / kPageSize;
+        if (index != lastIndex_) {
+            lastPage_ = &page(index);
+            lastIndex_ = index;
+        }
+        return static_cast<unsigned char>(lastPage_->at(pos - index * kPageSize));
+    }
+
+    // The page that holds `pos`, and the offset of its first byte.
+    const QByteArray& pageAt(qint64 pos, qint64* pageStart)
+    {
+        const qint64 index = pos / kPageSize;
+        *pageStart = index * kPageSize;
+        at(pos);
+        return *lastPage_;
+    }
+
+    // The bytes [pos, pos + length), clipped to the file.
+    QByteArray bytes(qint64 pos, qint64 length);
+
+private:
+    const QByteArray& page(qint64 index);
+
+    QFile file_;
+    bool open_ = false;
+    qint64 size_ = 0;
+    bool shortRead_ = false;
+    qint64 bytesRead_ = 0;
+    int pagesKept_;
+    std::unordered_map<qint64, QByteArray> pages_;
+    std::list<qint64> recent_;  // most recently read first
+    qint64 lastIndex_ = -1;
+    const QByteArray* lastPage_ = nullptr;
+};
+
+}  // namespace brindar
