@@ -2,20 +2,12 @@
 #include "core/codepage.h"
 #include "readers/htmlmetareader.h"
 
+#include "fuzzinput.h"
+
 #include <QByteArray>
-#include <QFile>
-#include <QTemporaryDir>
 #include <cstdint>
 
 namespace {
-
-// The reader takes a file name, so every input is written to the same file first.
-const QString& PagePath()
-{
-    static const QTemporaryDir folder;
-    static const QString path = folder.path() + QStringLiteral("/page.html");
-    return path;
-}
 
 bool HasBlankEnds(const QString& text) { return text.startsWith(u' ') || text.endsWith(u' '); }
 
@@ -25,13 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     using namespace brindar;
     const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
-    {
-        QFile file(PagePath());
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
-            __builtin_trap();
-    }
-
-    const HtmlMetaResult result = ReadHtmlMeta(PagePath());
+    const HtmlMetaResult result = ReadHtmlMeta(fuzz::WriteInput(data, size, ".html"));
     // A value that made it into a field made it into the fragment too, and a title
     // always comes first there.
     using R = HtmlMetaResult;

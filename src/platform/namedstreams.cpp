@@ -1,0 +1,36 @@
+// Named streams through the extended attributes of the file system.
+#include "platform/namedstreams.h"
+
+#include <QFile>
+#include <cerrno>
+#include <cstring>
+#include <sys/xattr.h>
+
+namespace brindar {
+
+std::optional<QByteArray> ReadNamedStream(const QString& path, const QString& name)
+{
+    const QByteArray file = QFile::encodeName(path);
+    const QByteArray attribute = "user." + name.toUtf8();
+    QByteArray value(kNamedStreamLimit, '\0');
+    const ssize_t size = getxattr(file.constData(), attribute.constData(), value.data(), size_t(value.size()));
+    if (size < 0)
+        return std::nullopt;
+    value.truncate(size);
+    return value;
+}
+
+
+
+std::optional<QString> WriteNamedStream(const QString& path, const QString& name, const QByteArray& bytes)
+{
+    if (bytes.size() > kNamedStreamLimit)
+        return QStringLiteral("%1: the stream %2 is larger than a named stream can be").arg(path, name);
+    const QByteArray file = QFile::encodeName(path);
+    const QByteArray attribute = "user." + name.toUtf8();
+    if (setxattr(file.constData(), attribute.constData(), bytes.constData(), size_t(bytes.size()), 0) != 0)
+        return QStringLiteral("%1: %2").arg(path, QString::fromLocal8Bit(std::strerror(errno)));
+    return std::nullopt;
+}
+
+}  // namespace brindar

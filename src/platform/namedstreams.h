@@ -1,0 +1,22 @@
+// Named streams of files and folders (NTFS alternate data streams), kept here as
+// extended attributes "user.<name>", as ntfs-3g shows NTFS streams.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <optional>
+
+namespace brindar {
+
+// Extended attributes hold at most 64 KiB; a larger stream cannot exist here.
+inline constexpr qsizetype kNamedStreamLimit = 64 * 1024;
+
+// The stream `name` of the file or folder at `path`; nothing when it has none or the
+// file system keeps no such attributes.
+std::optional<QByteArray> ReadNamedStream(const QString& path, const QString& name);
+
+// Replaces the stream `name` of the file or folder at `path` in one step (the
+// attribute is swapped whole). Returns the reason on failure.
+std::optional<QString> WriteNamedStream(const QString& path, const QString& name, const QByteArray& bytes);
+
+}  // namespace brindar
