@@ -2,6 +2,7 @@
 #include "platform/namedstreams.h"
 #include "readers/compoundfile.h"
 #include "readers/officeproperties.h"
+#include "readers/pdfreader.h"
 
 #include "support/tempfolder.h"
 
@@ -199,6 +200,7 @@ TEST(OfficePropertiesWrite, LibreOfficeStillOpensTheDocument)
         GTEST_SKIP() << "shared corpus not found";
     OfficeProperties p;
     ASSERT_TRUE(p.open(path, OfficeProperties::kModeWrite));
+    ASSERT_TRUE(p.setTitle(QStringLiteral("Written back by Brindar")));
     ASSERT_TRUE(p.setComments(QString(5000, u'c')));
     ASSERT_TRUE(p.writeUserDefined(QStringLiteral("Projet"), 42));
     ASSERT_TRUE(p.save());
@@ -208,6 +210,9 @@ TEST(OfficePropertiesWrite, LibreOfficeStillOpensTheDocument)
                                + QStringLiteral("/profile"),
                            QStringLiteral("--convert-to"), QStringLiteral("pdf"), path});
     convert.waitForFinished(180000);
-    const QByteArray pdf = ReadAll(folder.file(QStringLiteral("poi__TestMickey.pdf")));
-    EXPECT_TRUE(pdf.startsWith("%PDF")) << convert.readAllStandardError().toStdString();
+    // The PDF carries the document's new title: LibreOffice read the written properties.
+    const PdfInfo pdf = ReadPdfInfo(folder.file(QStringLiteral("poi__TestMickey.pdf")));
+    EXPECT_TRUE(pdf.isPdf) << convert.readAllStandardError().toStdString();
+    EXPECT_EQ(pdf.title, u"Written back by Brindar");
+    EXPECT_EQ(pdf.pages, u"1");
 }
