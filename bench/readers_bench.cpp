@@ -1,8 +1,11 @@
 // Times the readers over generated files: many small ones, and large ones whose
 // metadata sits at one end. Usage: readers_bench [small-file count] [large size in MB]
 #include "readers/htmlmetareader.h"
+#include "readers/iptcreader.h"
 #include "readers/officeproperties.h"
+#include "readers/openofficereader.h"
 #include "readers/pdfreader.h"
+#include "readers/xmpreader.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -69,6 +72,39 @@ void WriteLargePdf(const QString& path, qint64 size)
     for (qint64 o : offsets)
         file.write(QByteArray::number(o).rightJustified(10, '0') + " 00000 n \n");
     file.write("trailer\n<< /Size 4 /Root 1 0 R /Info 2 0 R >>\nstartxref\n" + QByteArray::number(xref) + "\n%%EOF\n");
+}
+
+// A JPEG whose APP13 segment holds an IPTC block: a title, two keywords, a caption.
+QByteArray SmallJpeg(int n)
+{
+    QByteArray iptc;
+    auto dataset = [&](int number, const QByteArray& value) {
+        iptc += "\x1C\x02" + QByteArray(1, char(number)) + char(value.size() >> 8) + char(value.size() & 0xFF) + value;
+    };
+    dataset(105, "Headline " + QByteArray::number(n));
+    dataset(25, "sea");
+    dataset(25, "sun");
+    dataset(120, "A caption");
+    QByteArray block = "8BIM\x04\x04" + QByteArray(2, '\0') + char(iptc.size() >> 24) + char((iptc.size() >> 16) & 0xFF)
+                       + char((iptc.size() >> 8) & 0xFF) + char(iptc.size() & 0xFF) + iptc;
+    QByteArray segment = "Photoshop 3.0" + QByteArray(1, '\0') + block;
+    const int length = int(segment.size()) + 2;
+    return "\xFF\xD8\xFF\xED" + QByteArray(1, char(length >> 8)) + char(length & 0xFF) + segment
+           + "\xFF\xDA" + QByteArray(4000, 'x') + "\xFF\xD9";
+}
+
+// A large file of image-like bytes with no metadata of any family.
+void WriteLargeImage(const QString& path, qint64 size)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return;
+    QByteArray block(1 << 20, '\0');
+    for (int i = 0; i < block.size(); ++i)
+        block[i] = char((i * 7919 + i / 13) % 251);
+    file.write("II*\0");
+    while (file.size() < size)
+        file.write(block);
 }
 
 void WriteLargeHtml(const QString& path, qint64 size)
@@ -176,6 +212,33 @@ int main(int argc, char** argv)
     });
     std::printf("Office properties, %d small documents read: %.3f s, %.0f documents/s, %d with their values\n",
                 count, s, count / s, found);
+
+    for (int i = 0; i < count; ++i) {
+        QFile jpeg(folder.filePath(QStringLiteral("f%1.jpg").arg(i)));
+        if (jpeg.open(QIODevice::WriteOnly))
+            jpeg.write(SmallJpeg(i));
+    }
+    found = 0;
+    s = Seconds([&] {
+        for (int i = 0; i < count; ++i)
+            found += ReadIptc(folder.filePath(QStringLiteral("f%1.jpg").arg(i)), false).keywords == u"sea; sun";
+    });
+    std::printf("IPTC reader, %d small JPEGs: %.3f s, %.0f files/s, %d with their keywords\n", count, s, count / s, found);
+
+    const QString largeImage = folder.filePath(QStringLiteral("large.tif"));
+    WriteLargeImage(largeImage, largeMb << 20);
+    const double plainImage = Seconds([&] { PlainRead(largeImage); });
+    IptcResult iptc;
+    XmpResult xmp;
+    OpenOfficeResult ooo;
+    const double iptcTime = Seconds([&] { iptc = ReadIptc(largeImage, false); });
+    const double xmpTime = Seconds([&] { xmp = ReadXmp(largeImage); });
+    const double oooTime = Seconds([&] { ooo = ReadOpenOfficeMeta(largeImage); });
+    std::printf("One %lld MB TIFF-like file without metadata: IPTC %.3f s (%lld bytes read), XMP %.3f s, "
+                "OpenOffice %.3f s; a plain read of the file: %.3f s\n",
+                static_cast<long long>(QFileInfo(largeImage).size() >> 20), iptcTime,
+                static_cast<long long>(iptc.bytesRead), xmpTime, oooTime, plainImage);
+    QFile::remove(largeImage);
 
     const QString largePdf = folder.filePath(QStringLiteral("large.pdf"));
     WriteLargePdf(largePdf, largeMb << 20);

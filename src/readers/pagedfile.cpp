@@ -62,4 +62,26 @@ QByteArray PagedFile::bytes(qint64 pos, qint64 length)
     return out;
 }
 
+qint64 PagedFile::find(qint64 from, QByteArrayView needle)
+{
+    const qint64 n = needle.size();
+    while (from >= 0 && from + n <= size_) {
+        qint64 pageStart = 0;
+        const QByteArray page = pageAt(from, &pageStart);  // shared copy: bytes() may evict
+        const qsizetype at = QByteArrayView(page).indexOf(needle, from - pageStart);
+        if (at >= 0)
+            return pageStart + at;
+        const qint64 pageEnd = pageStart + page.size();
+        if (pageEnd >= size_)
+            return -1;
+        const qint64 seamStart = std::max(from, pageEnd - (n - 1));
+        const QByteArray seam = bytes(seamStart, pageEnd - seamStart + n - 1);
+        const qsizetype across = QByteArrayView(seam).indexOf(needle);
+        if (across >= 0)
+            return seamStart + across;
+        from = pageEnd;
+    }
+    return -1;
+}
+
 }  // namespace brindar

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QFile>
 #include <QString>
 #include <list>
@@ -47,6 +48,10 @@ public:
 
     // The bytes [pos, pos + length), clipped to the file.
     QByteArray bytes(qint64 pos, qint64 length);
+
+    // The first offset at or after `from` where `needle` starts, or -1: one pass over
+    // the pages, matches across a page end included.
+    qint64 find(qint64 from, QByteArrayView needle);
 
 private:
     const QByteArray& page(qint64 index);

@@ -228,7 +228,7 @@ std::optional<PropertySet> ParsePropertySet(const QByteArray& stream)
     c.read<quint32>();  // system identifier
     c.bytes(16);        // class id
     const quint32 sections = c.read<quint32>();
-    if (!c.ok() || byteOrder != 0xFFFE || sections == 0 || sections > 16)
+    if (!c.ok() || byteOrder != 0xFFFE || sections > 16)
         return std::nullopt;
     PropertySet result;
     result.header = stream.left(24);

@@ -99,6 +99,20 @@ QString XmlUnescape(const QString& text)
         .replace(QStringLiteral("&gt;"), QStringLiteral(">"));
 }
 
+std::optional<QStringView> ElementText(const QString& text, QStringView name)
+{
+    const QString open = QString(u'<').append(name).append(u'>');
+    const QString close = QStringLiteral("</").append(name).append(u'>');
+    const qsizetype p = text.indexOf(open);
+    if (p < 0)
+        return std::nullopt;
+    const qsizetype start = p + open.size();
+    const qsizetype q = text.indexOf(close, start);
+    if (q < 0)
+        return std::nullopt;
+    return QStringView(text).sliced(start, q - start);
+}
+
 QString Utf8Decode(QByteArrayView bytes)
 {
     QString text(bytes.size(), Qt::Uninitialized);

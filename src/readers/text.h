@@ -3,6 +3,7 @@
 
 #include <QByteArrayView>
 #include <QStringView>
+#include <optional>
 #include <QString>
 
 namespace brindar {
@@ -27,6 +28,11 @@ QString HtmlEscape(const QString& text);
 QString XmlEscape(const QString& text);
 // The five entities back to characters, "&amp;" first (so "&amp;lt;" becomes "<").
 QString XmlUnescape(const QString& text);
+
+// The text between the first "<name>" and the first "</name>" after it, untrimmed;
+// nothing when either is missing. A later element of the same name is never looked at
+// (several meta:keyword elements give the first keyword).
+std::optional<QStringView> ElementText(const QString& text, QStringView name);
 
 // UTF-8 as the readers decode it: bytes below 128 as they are, two- and three-byte
 // sequences combined without checking their continuation bytes; any other byte (a
