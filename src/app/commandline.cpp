@@ -15,7 +15,10 @@ CommandLine ParseCommandLine(const QStringList& arguments)
         line.command = Command::BatchMode;
         return line;
     }
-    if (arguments.size() > 2) {
+    if (first == u"--scan" && arguments.size() == 3) {
+        line.command = Command::Scan;
+        line.directory = arguments.at(2);
+    } else if (arguments.size() > 2) {
         line.command = Command::Unknown;
         line.unknownOption = arguments.at(2);
     } else if (first == u"--help") {
@@ -46,6 +49,10 @@ Usage:
   brindar -d DIR -x FILE [-o LETTERS] [-t XSL -h OUTPUT]
                                batch mode: write the XML export of DIR to FILE
   brindar --show-columns       print the columns of the configuration in use
+  brindar --scan DIR           scan DIR with the configuration in use (metadata cache
+                               included) and print the grid as tab-separated UTF-8:
+                               the captions, then one line per file; a tab, CR, LF or
+                               backslash inside a cell is written \t, \r, \n, \\
   brindar --help               print this help
   brindar --version            print the program title and version
 

@@ -6,11 +6,12 @@
 
 namespace brindar {
 
-enum class Command { Interactive, Help, Version, ShowColumns, BatchMode, Unknown };
+enum class Command { Interactive, Help, Version, ShowColumns, Scan, BatchMode, Unknown };
 
 struct CommandLine {
     Command command = Command::Interactive;
     QString unknownOption;
+    QString directory;  // --scan
 };
 
 // A first argument beginning with "--" is a long option and never batch mode.

@@ -1,10 +1,14 @@
 // The brindar program: long options, batch mode, and (later) the window.
 #include "app/commandline.h"
 #include "core/session.h"
+#include "platform/directory.h"
 #include "platform/folders.h"
 #include "platform/systeminfo.h"
+#include "scan/directoryscan.h"
+#include "scan/gridmodel.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QTextStream>
 
 using namespace brindar;
@@ -49,6 +53,67 @@ int ShowColumns(QTextStream& out)
     return 0;
 }
 
+// A cell on one line of tab-separated text.
+QString Escaped(QString cell)
+{
+    return cell.replace(u'\\', QStringLiteral("\\\\"))
+        .replace(u'\t', QStringLiteral("\\t"))
+        .replace(u'\r', QStringLiteral("\\r"))
+        .replace(u'\n', QStringLiteral("\\n"));
+}
+
+int Scan(const QString& directory, QTextStream& out, QTextStream& err)
+{
+    const Session session = StartSession(SettingsFolder(), DataFolder(), CurrentSystem());
+    const QString folder = QDir::cleanPath(QDir(directory).absolutePath());
+    QStringList captions;
+    for (const Column& column : session.columns.columns)
+        captions << Escaped(column.header.trimmed());
+    out << captions.join(u'\t') << '\n';
+
+    auto print = [&](const GridRow& row) {
+        QStringList cells;
+        for (const QString& cell : row.cells)
+            cells << Escaped(cell);
+        out << cells.join(u'\t') << '\n';
+    };
+    // Rows go out as they come, unless the configuration sorts the grid: the saved sort
+    // needs them all.
+    const bool sorted = session.configuration.sort.has_value();
+    GridModel grid(session.columns, session.configuration);
+    const bool progress = StandardErrorIsTerminal();
+    const ScanResult result = ScanDirectory(
+        session, ScanRequest{folder, false, 0},
+        [&](const GridRow& row) {
+            if (sorted)
+                grid.appendRow(row);
+            else
+                print(row);
+        },
+        [&](const ScanProgress& p) {
+            if (progress && (p.done % 97 == 0 || p.done == p.total))
+                err << QStringLiteral("\r%1/%2 %3\x1b[K").arg(p.done).arg(p.total).arg(p.name.left(60)) << Qt::flush;
+        });
+    if (sorted) {
+        grid.applySavedSort();
+        for (const GridRow& row : grid.rows())
+            print(row);
+    }
+    out.flush();
+    if (progress)
+        err << "\r\x1b[K";
+    for (const QString& message : result.messages)
+        err << message << '\n';
+    if (!result.listed) {
+        err << session.captions.text(CaptionSection::Main, 76) << ' ' << folder << '\n';
+        return 2;
+    }
+    if (!result.cacheStatus.isEmpty())
+        err << result.cacheStatus << '\n';
+    err << CountsText(session.captions, result.files, result.documents) << '\n';
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char* argv[])
@@ -69,6 +134,8 @@ int main(int argc, char* argv[])
     case Command::Interactive:
     case Command::ShowColumns:
         return ShowColumns(out);
+    case Command::Scan:
+        return Scan(line.directory, out, err);
     case Command::BatchMode:
         err << "brindar: the batch mode is not available in this release; see brindar --help\n";
         return 1;

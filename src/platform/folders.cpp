@@ -45,4 +45,9 @@ QString DataFolder()
     return QStringLiteral(BRINDAR_INSTALL_DATADIR);
 }
 
+QString CacheFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + QStringLiteral("/brindar-pro");
+}
+
 }  // namespace brindar

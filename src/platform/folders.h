@@ -18,4 +18,8 @@ QString SettingsFolder();
 // installs); else the install prefix's data folder.
 QString DataFolder();
 
+// The per-user cache folder (the metadata cache lives here):
+// $XDG_CACHE_HOME/brindar-pro, by default ~/.cache/brindar-pro. Not created here.
+QString CacheFolder();
+
 }  // namespace brindar

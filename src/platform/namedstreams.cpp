@@ -12,11 +12,15 @@ std::optional<QByteArray> ReadNamedStream(const QString& path, const QString& na
 {
     const QByteArray file = QFile::encodeName(path);
     const QByteArray attribute = "user." + name.toUtf8();
-    QByteArray value(kNamedStreamLimit, '\0');
-    const ssize_t size = getxattr(file.constData(), attribute.constData(), value.data(), size_t(value.size()));
-    if (size < 0)
+    // Most files have no such stream: ask for the size first, without a buffer.
+    const ssize_t size = getxattr(file.constData(), attribute.constData(), nullptr, 0);
+    if (size < 0 || size > kNamedStreamLimit)
         return std::nullopt;
-    value.truncate(size);
+    QByteArray value(size, '\0');
+    const ssize_t got = getxattr(file.constData(), attribute.constData(), value.data(), size_t(value.size()));
+    if (got < 0)
+        return std::nullopt;
+    value.truncate(got);
     return value;
 }
 

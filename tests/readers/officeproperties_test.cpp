@@ -13,15 +13,10 @@
 
 using namespace brindar;
 using brindar::test::CorpusFile;
+using brindar::test::ReadFile;
 using brindar::test::TempFolder;
 
 namespace {
-
-QByteArray ReadAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 // Every query once: none may crash, whatever the document holds.
 void QueryEverything(OfficeProperties& p)
@@ -99,7 +94,7 @@ TEST(OfficeProperties, RealDocuments)
 
 TEST(OfficeProperties, DamagedDocumentsFailCleanly)
 {
-    const QByteArray original = ReadAll(CorpusFile(QStringLiteral("ole/poi__TestMickey.doc")));
+    const QByteArray original = ReadFile(CorpusFile(QStringLiteral("ole/poi__TestMickey.doc")));
     if (original.isEmpty())
         GTEST_SKIP() << "shared corpus not found";
     const auto u32 = [&](int at) { return qFromLittleEndian<quint32>(original.constData() + at); };

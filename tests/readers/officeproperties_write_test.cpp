@@ -19,15 +19,10 @@
 using namespace brindar;
 using brindar::test::CorpusFile;
 using brindar::test::SourceFile;
+using brindar::test::ReadFile;
 using brindar::test::TempFolder;
 
 namespace {
-
-QByteArray ReadAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 // Where a test document lives: the shared corpus, or the project's own small documents
 // (made by tests/data/make_compound.py).
@@ -39,7 +34,7 @@ QString Source(const QString& name)
 // A copy of a test document in `folder`, or an empty path when it is absent.
 QString CopyOf(const TempFolder& folder, const QString& name)
 {
-    const QByteArray bytes = ReadAll(Source(name));
+    const QByteArray bytes = ReadFile(Source(name));
     return bytes.isEmpty() ? QString() : folder.write(name.section(u'/', -1), bytes);
 }
 
@@ -153,7 +148,7 @@ TEST(OfficePropertiesWrite, AFileThatCannotBeWrittenStaysAsItWas)
     if (path.isEmpty())
         GTEST_SKIP() << "shared corpus not found";
     // Break the WordDocument stream's chain: its first sector points at itself.
-    QByteArray bytes = ReadAll(path);
+    QByteArray bytes = ReadFile(path);
     QString why;
     auto document = CompoundFile::Open(path, &why);
     ASSERT_TRUE(document.has_value());
@@ -170,7 +165,7 @@ TEST(OfficePropertiesWrite, AFileThatCannotBeWrittenStaysAsItWas)
     QString error;
     EXPECT_FALSE(p.save(&error));
     EXPECT_FALSE(error.isEmpty());
-    EXPECT_EQ(ReadAll(path), bytes);
+    EXPECT_EQ(ReadFile(path), bytes);
 
     // Reading only: nothing can be set.
     OfficeProperties reader;
@@ -190,7 +185,7 @@ TEST(OfficePropertiesWrite, PlainFilesKeepPropertiesInNamedStreams)
     ASSERT_TRUE(p.setAuthor(QStringLiteral("Anne")));
     ASSERT_TRUE(p.writeUserDefined(QStringLiteral("Client"), QStringLiteral("Dupont")));
     ASSERT_TRUE(p.save());
-    EXPECT_EQ(ReadAll(path), "text");
+    EXPECT_EQ(ReadFile(path), "text");
     OfficeProperties back;
     ASSERT_TRUE(back.open(path, OfficeProperties::kModeRead));
     EXPECT_EQ(back.author(), u"Anne");

@@ -26,6 +26,12 @@ QByteArray TempFolder::read(const QString& name) const
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
+QByteArray ReadFile(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
 QString CorpusFile(const QString& relative)
 {
     return QStringLiteral(BRINDAR_CORPUS_DIR) + u'/' + relative;

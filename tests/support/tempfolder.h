@@ -20,6 +20,9 @@ private:
     QTemporaryDir dir_;
 };
 
+// The whole content of a file; empty when it cannot be read.
+QByteArray ReadFile(const QString& path);
+
 // Where the shared corpus and the sources are.
 QString CorpusFile(const QString& relative);
 QString SourceFile(const QString& relative);

@@ -1,0 +1,195 @@
+// The main grid's engine: rows, widths, sorting, empty columns and highlighting.
+#include "scan/gridmodel.h"
+
+#include "core/configuration.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace brindar {
+
+GridModel::GridModel(const ColumnSet& columns, const Configuration& configuration)
+    : columns_(columns.columns),
+      savedSort_(configuration.sort),
+      savedUp_(configuration.up),
+      surligner_(configuration.surligner),
+      surlignerProprietesPersonnelles_(configuration.surlignerProprietesPersonnelles)
+{
+    for (int c = 0; c < columnCount(); ++c) {
+        const int fallback = c == 0 ? kDefaultDocumentWidth : kDefaultWidth;
+        // A negative width is the grid's "default width", as a width of -1 always was.
+        const int saved = configuration.largeur.value(c, -1);
+        widths_.append(saved < 0 ? fallback : saved);
+    }
+    hidden_.fill(false, columnCount());
+}
+
+QString GridModel::header(int column) const
+{
+    return column >= 0 && column < columnCount() ? columns_[column].header : QString();
+}
+
+QString GridModel::caption(int column) const
+{
+    return column >= 0 && column < columnCount() ? columns_[column].caption : QString();
+}
+
+bool GridModel::isNumeric(int column) const
+{
+    return column >= 0 && column < columnCount() && columns_[column].numeric;
+}
+
+bool GridModel::isUserColumn(int column) const
+{
+    return column >= 0 && column < columnCount() && columns_[column].userSlot >= 0;
+}
+
+int GridModel::width(int column) const
+{
+    if (column < 0 || column >= columnCount() || hidden_[column])
+        return 0;
+    return widths_[column];
+}
+
+int GridModel::keptWidth(int column) const
+{
+    return column >= 0 && column < columnCount() ? widths_[column] : 0;
+}
+
+void GridModel::setWidth(int column, int width)
+{
+    if (column >= 0 && column < columnCount())
+        widths_[column] = std::max(0, width);
+}
+
+QList<int> GridModel::visibleColumns() const
+{
+    QList<int> visible;
+    for (int c = 0; c < columnCount(); ++c)
+        if (width(c) > 0)
+            visible.append(c);
+    return visible;
+}
+
+void GridModel::appendRow(GridRow row)
+{
+    row.cells.resize(columnCount());
+    // While empty columns are hidden, a column that receives a value is empty no longer.
+    if (!displayEmptyColumns_)
+        for (int c = 1; c < columnCount(); ++c)
+            if (hidden_[c] && !row.cells[c].isEmpty())
+                hidden_[c] = false;
+    rows_.append(std::move(row));
+}
+
+void GridModel::appendRows(const QList<GridRow>& rows)
+{
+    rows_.reserve(rows_.size() + rows.size());
+    for (const GridRow& row : rows)
+        appendRow(row);
+}
+
+void GridModel::clearRows()
+{
+    rows_.clear();
+    if (!displayEmptyColumns_)
+        hideEmptyColumns();
+}
+
+QString GridModel::cell(int row, int column) const
+{
+    if (row < 0 || row >= rowCount() || column < 0 || column >= columnCount())
+        return QString();
+    return rows_[row].cells[column];
+}
+
+bool GridModel::hasMetadata(int row) const { return row >= 0 && row < rowCount() && rows_[row].hasMetadata; }
+
+void GridModel::sortByColumn(int column)
+{
+    if (column < 0 || column >= columnCount())
+        return;
+    // A new sort column keeps the current direction; only the sort column clicked again
+    // reverses it.
+    if (column == sortColumn_)
+        sortUp_ = !sortUp_;
+    sortColumn_ = column;
+    sortRows();
+}
+
+void GridModel::applySavedSort()
+{
+    if (!savedSort_ || *savedSort_ < 0 || *savedSort_ >= columnCount())
+        return;
+    sortColumn_ = *savedSort_;
+    // Without a saved "Up" the grid sorts ascending.
+    sortUp_ = !savedUp_ || *savedUp_ == 1;
+    sortRows();
+}
+
+std::optional<SortMode> GridModel::sortMode() const
+{
+    if (sortColumn_ < 0)
+        return std::nullopt;
+    if (isNumeric(sortColumn_))
+        return sortUp_ ? SortMode::NumericAscending : SortMode::NumericDescending;
+    return sortUp_ ? SortMode::TextAscending : SortMode::TextDescending;
+}
+
+void GridModel::sortRows()
+{
+    const int column = sortColumn_;
+    QList<int> order(rowCount());
+    std::iota(order.begin(), order.end(), 0);
+    // Stable either way: rows that compare equal keep their order, in both directions.
+    if (isNumeric(column)) {
+        // The number the text begins with; an empty or wordy cell counts as 0.
+        QList<qint64> keys(rowCount());
+        for (int r = 0; r < rowCount(); ++r)
+            keys[r] = LeadingNumber(rows_[r].cells[column]);
+        if (sortUp_)
+            std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return keys[a] < keys[b]; });
+        else
+            std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return keys[b] < keys[a]; });
+    } else {
+        // Case-sensitive, in character-code order, the same on every machine.
+        auto less = [&](int a, int b) {
+            return QString::compare(rows_[a].cells[column], rows_[b].cells[column], Qt::CaseSensitive) < 0;
+        };
+        if (sortUp_)
+            std::stable_sort(order.begin(), order.end(), less);
+        else
+            std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return less(b, a); });
+    }
+    QList<GridRow> sorted;
+    sorted.reserve(rowCount());
+    for (int r : order)
+        sorted.append(std::move(rows_[r]));
+    rows_ = std::move(sorted);
+}
+
+void GridModel::setDisplayEmptyColumns(bool display)
+{
+    displayEmptyColumns_ = display;
+    if (display)
+        hidden_.fill(false);
+    else
+        hideEmptyColumns();
+}
+
+void GridModel::hideEmptyColumns()
+{
+    // The document column is never hidden: every row has a file name.
+    for (int c = 1; c < columnCount(); ++c)
+        hidden_[c] = std::all_of(rows_.cbegin(), rows_.cend(),
+                                 [c](const GridRow& row) { return row.cells[c].isEmpty(); });
+}
+
+bool GridModel::isHighlighted(int row, int column) const
+{
+    if (row < 0 || row >= rowCount() || column < 0 || column >= columnCount())
+        return false;
+    return (surligner_ && rows_[row].hasMetadata) || (surlignerProprietesPersonnelles_ && isUserColumn(column));
+}
+
+}  // namespace brindar
