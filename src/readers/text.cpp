@@ -99,10 +99,8 @@ QString XmlUnescape(const QString& text)
         .replace(QStringLiteral("&gt;"), QStringLiteral(">"));
 }
 
-std::optional<QStringView> ElementText(const QString& text, QStringView name)
+std::optional<QStringView> TextBetween(QStringView text, QStringView open, QStringView close)
 {
-    const QString open = QString(u'<').append(name).append(u'>');
-    const QString close = QStringLiteral("</").append(name).append(u'>');
     const qsizetype p = text.indexOf(open);
     if (p < 0)
         return std::nullopt;
@@ -110,7 +108,12 @@ std::optional<QStringView> ElementText(const QString& text, QStringView name)
     const qsizetype q = text.indexOf(close, start);
     if (q < 0)
         return std::nullopt;
-    return QStringView(text).sliced(start, q - start);
+    return text.sliced(start, q - start);
+}
+
+std::optional<QStringView> ElementText(const QString& text, QStringView name)
+{
+    return TextBetween(text, QString(u'<').append(name).append(u'>'), QStringLiteral("</").append(name).append(u'>'));
 }
 
 QString Utf8Decode(QByteArrayView bytes)

@@ -29,6 +29,10 @@ QString XmlEscape(const QString& text);
 // The five entities back to characters, "&amp;" first (so "&amp;lt;" becomes "<").
 QString XmlUnescape(const QString& text);
 
+// The text between the first `open` and the first `close` after it; nothing when
+// either is missing.
+std::optional<QStringView> TextBetween(QStringView text, QStringView open, QStringView close);
+
 // The text between the first "<name>" and the first "</name>" after it, untrimmed;
 // nothing when either is missing. A later element of the same name is never looked at
 // (several meta:keyword elements give the first keyword).

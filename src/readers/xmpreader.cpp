@@ -143,14 +143,9 @@ void AppendItems(QStringView content, QString& field)
 // The x-default item of a language alternative; the other languages are ignored.
 std::optional<QString> DefaultItem(QStringView content)
 {
-    const qsizetype p = content.indexOf(kDefaultItemOpen);
-    if (p < 0)
-        return std::nullopt;
-    const qsizetype start = p + kDefaultItemOpen.size();
-    const qsizetype q = content.indexOf(kItemClose, start);
-    if (q < 0)
-        return std::nullopt;
-    return content.sliced(start, q - start).toString();
+    if (auto item = TextBetween(content, kDefaultItemOpen, kItemClose))
+        return item->toString();
+    return std::nullopt;
 }
 
 // One source in its forms; true when it was found (and its field set).
