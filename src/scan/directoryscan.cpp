@@ -2,6 +2,7 @@
 #include "scan/directoryscan.h"
 
 #include "core/configurationfiles.h"
+#include "core/fieldtable.h"
 #include "platform/namedstreams.h"
 #include "readers/officeproperties.h"
 #include "readers/text.h"
@@ -195,6 +196,11 @@ GridRow ScanFile(const QString& directory, const DirectoryEntry& entry, const Sc
     for (const char* code : {".CD", ".MD", ".PD"})
         if (const int col = row.column(code); col > 0)
             cells[col] = GridDate(cells[col]);
+    // A count of zero says nothing: shown empty, like a zero date.
+    const auto fields = FieldTable();
+    for (int i = 0; i < int(fields.size()); ++i)
+        if (const int col = row.column(fields[i].code); col > 0 && (fields[i].notes & kNoteNumeric) && cells[col] == u"0")
+            cells[col].clear();
     // An application named "Microsoft Word" shows as "Word".
     if (const int ap = row.column(".AP"); ap > 0 && cells[ap].startsWith(u"Microsoft "))
         cells[ap].remove(0, 10);

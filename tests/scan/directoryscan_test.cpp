@@ -75,6 +75,8 @@ TEST(DirectoryScan, EveryFamilyFillsItsColumns)
     Fixture f(kAllColumns);
     for (const QString& name : QDir(SourceFile(QStringLiteral("samples/documents"))).entryList(QDir::Files))
         f.documents.write(name, ReadFile(SourceFile(QStringLiteral("samples/documents/") + name)));
+    f.documents.write(QStringLiteral("zero.sxw"), ReadFile(SourceFile(QStringLiteral("samples/documents/notes.sxw")))
+                                                      .replace("page-count=\"2\"", "page-count=\"0\""));
 
     struct Row { const char* file; const char* code; QString value; };
     const Row rows[] = {
@@ -97,6 +99,8 @@ TEST(DirectoryScan, EveryFamilyFillsItsColumns)
         {"notes.sxw", ".ED", QStringLiteral("1 h 05 min")},
         {"notes.sxw", ".LG", QStringLiteral("fr-FR")},
         {"notes.sxw", ".PA", QStringLiteral("2")},
+        {"zero.sxw", ".PA", QString()},  // a count of zero shows empty
+        {"zero.sxw", ".TI", QStringLiteral("Meeting notes")},
         {"budget.doc", ".TI", QStringLiteral("Title")},
         {"budget.doc", ".CY", QStringLiteral("ACME")},
         {"budget.doc", ".ED", QStringLiteral("0 h 07 min")},
@@ -110,12 +114,13 @@ TEST(DirectoryScan, EveryFamilyFillsItsColumns)
 
     ScanResult result;
     const QList<GridRow> all = f.scan(&result);
-    EXPECT_EQ(result.files, 6);
-    EXPECT_EQ(result.documents, 5);  // readme.txt has no metadata
+    EXPECT_EQ(result.files, 7);
+    EXPECT_EQ(result.documents, 6);  // readme.txt has no metadata
     EXPECT_EQ(Names(all), (QStringList{QStringLiteral("budget.doc"), QStringLiteral("harbour.jpg"),
                                        QStringLiteral("notes.sxw"), QStringLiteral("prices.html"),
-                                       QStringLiteral("readme.txt"), QStringLiteral("report.pdf")}));
-    EXPECT_EQ(CountsText(f.session().captions, result.files, result.documents), u"6 files - 5 documents");
+                                       QStringLiteral("readme.txt"), QStringLiteral("report.pdf"),
+                                       QStringLiteral("zero.sxw")}));
+    EXPECT_EQ(CountsText(f.session().captions, result.files, result.documents), u"7 files - 6 documents");
 }
 
 TEST(DirectoryScan, FiltersAndSwitches)
