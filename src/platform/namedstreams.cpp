@@ -26,6 +26,19 @@ std::optional<QByteArray> ReadNamedStream(const QString& path, const QString& na
 
 
 
+bool HasNamedStreams(const QString& path)
+{
+    const QByteArray file = QFile::encodeName(path);
+    char names[4096];
+    const ssize_t length = listxattr(file.constData(), names, sizeof names);
+    if (length < 0)
+        return errno == ERANGE;  // more names than fit here: some may be ours
+    for (ssize_t at = 0; at < length; at += ssize_t(std::strlen(names + at)) + 1)
+        if (std::strncmp(names + at, "user.", 5) == 0)
+            return true;
+    return false;
+}
+
 std::optional<QString> WriteNamedStream(const QString& path, const QString& name, const QByteArray& bytes)
 {
     if (bytes.size() > kNamedStreamLimit)

@@ -15,6 +15,10 @@ inline constexpr qsizetype kNamedStreamLimit = 64 * 1024;
 // file system keeps no such attributes.
 std::optional<QByteArray> ReadNamedStream(const QString& path, const QString& name);
 
+// Whether the file or folder has any named stream at all: one question to the file
+// system, so that the many files without any cost no more.
+bool HasNamedStreams(const QString& path);
+
 // Replaces the stream `name` of the file or folder at `path` in one step (the
 // attribute is swapped whole). Returns the reason on failure.
 std::optional<QString> WriteNamedStream(const QString& path, const QString& name, const QByteArray& bytes);

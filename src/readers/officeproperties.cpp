@@ -74,14 +74,27 @@ QDateTime FileTimeToDateTime(qint64 ticks)
 
 bool OfficeProperties::open(const QString& path, int mode, QString* error)
 {
+    return openWith(path, mode, true, error);
+}
+
+bool OfficeProperties::openNamedStreams(const QString& path, int mode, QString* error)
+{
+    return openWith(path, mode, false, error);
+}
+
+bool OfficeProperties::openWith(const QString& path, int mode, bool compoundFile, QString* error)
+{
     close();
     QString why;
     std::optional<QByteArray> summary, documentSummary;
-    if (auto file = CompoundFile::Open(path, &why)) {
+    std::optional<CompoundFile> file;
+    if (compoundFile)
+        file = CompoundFile::Open(path, &why);
+    if (file) {
         compound_ = true;
         summary = file->rootStream(kSummaryStream);
         documentSummary = file->rootStream(kDocumentSummaryStream);
-    } else {
+    } else if (HasNamedStreams(path)) {
         // Any file may carry property sets in its named streams.
         summary = ReadNamedStream(path, kSummaryStream);
         documentSummary = ReadNamedStream(path, kDocumentSummaryStream);

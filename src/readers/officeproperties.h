@@ -33,6 +33,9 @@ public:
     // Opens the document; false when it is neither a compound file with property sets
     // nor a file with property sets in its named streams. `error` says why.
     bool open(const QString& path, int mode, QString* error = nullptr);
+    // The same for a file known not to be a compound file (another family's reader has
+    // read it as one of its own): only its named streams are looked at.
+    bool openNamedStreams(const QString& path, int mode, QString* error = nullptr);
     void close();
     bool isOpen() const { return open_; }
 
@@ -110,6 +113,7 @@ private:
     bool setDocumentText(quint32 id, const QString& text);
     PropertySection* writableSection(std::optional<PropertySet>& set, const QUuid& id, bool* dirty);
     void listUserProperties();
+    bool openWith(const QString& path, int mode, bool compoundFile, QString* error);
 
     bool open_ = false;
     bool writable_ = false;

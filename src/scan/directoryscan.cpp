@@ -40,7 +40,7 @@ public:
     {
         cells_[0] = name;
     }
-    int column(const char* code) const { return context_.columnOf.value(QLatin1String(code), -1); }
+    int column(const char* code) const { return context_.column(code); }
     void put(const char* code, const QString& value)
     {
         const int c = column(code);
@@ -102,10 +102,12 @@ QString MacintoshComments(const QString& path)
     return QString();
 }
 
-void ReadOffice(const QString& path, const ScanContext& context, RowBuilder& row)
+void ReadOffice(const QString& path, const ScanContext& context, RowBuilder& row, bool otherFamily)
 {
     OfficeProperties office;
-    if (!office.open(path, OfficeProperties::kModeRead))
+    const bool opened = otherFamily ? office.openNamedStreams(path, OfficeProperties::kModeRead)
+                                    : office.open(path, OfficeProperties::kModeRead);
+    if (!opened)
         return;
     const bool localTime = context.session.configuration.localTime;
     for (const OfficeField& field : OfficeFields()) {
@@ -128,12 +130,34 @@ void ReadOffice(const QString& path, const ScanContext& context, RowBuilder& row
 
 }  // namespace
 
+namespace {
+
+int LetterIndex(const char* code)
+{
+    const auto upper = [](char c) { return c >= 'A' && c <= 'Z'; };
+    if (code[0] == '.' && upper(code[1]) && upper(code[2]) && code[3] == 0)
+        return (code[1] - 'A') * 26 + (code[2] - 'A');
+    return -1;
+}
+
+}  // namespace
+
+int ScanContext::column(const char* code) const
+{
+    const int letters = LetterIndex(code);
+    return letters >= 0 ? byLetters_[size_t(letters)] : columnOf.value(QLatin1String(code), -1);
+}
+
 ScanContext::ScanContext(const Session& s) : session(s)
 {
     const ColumnSet& columns = s.columns;
     columnCount = int(columns.columns.size());
-    for (int i = 1; i < columnCount; ++i)
+    byLetters_.fill(-1);
+    for (int i = 1; i < columnCount; ++i) {
         columnOf.insert(columns.columns[i].code, i);
+        if (const int letters = LetterIndex(columns.columns[i].code.toLatin1().constData()); letters >= 0)
+            byLetters_[size_t(letters)] = i;
+    }
     for (const OfficeField& field : OfficeFields())
         officeWanted = officeWanted || columnOf.contains(QLatin1String(field.code));
     for (int slot = 0; slot < kUserSlotCount; ++slot)
@@ -186,8 +210,14 @@ GridRow ScanFile(const QString& directory, const DirectoryEntry& entry, const Sc
         shortRead(r.shortRead);
         row.fill(XmpColumns(), r);
     }
-    if (Gate(c, c.inclureOffice) && context.officeWanted)
-        ReadOffice(path, context, row);
+    if (Gate(c, c.inclureOffice) && context.officeWanted) {
+        // A file in which another family's reader found its metadata is that family's
+        // file, not a compound document: only its named streams can hold property sets,
+        // and the file is not opened a second time.
+        const QStringList& cells = row.cells();
+        const bool otherFamily = std::any_of(cells.cbegin() + 1, cells.cend(), [](const QString& v) { return !v.isEmpty(); });
+        ReadOffice(path, context, row, otherFamily);
+    }
     if (const int mc = row.column(".MC"); mc > 0)
         row.put(".MC", MacintoshComments(path));
 
@@ -262,13 +292,22 @@ ScanResult ScanDirectory(const Session& session, const ScanRequest& request,
     std::mutex mutex;
     std::condition_variable ready;
     std::atomic<int> next{0};
+    // Workers take files a batch at a time and hand a batch over at once: one lock and
+    // one wake-up per batch, not per file.
+    constexpr int kBatch = 32;
     auto work = [&] {
-        for (int i; (i = next++) < total && !stopped();) {
-            QStringList messages;
-            GridRow row = ScanFile(directory, entries[i], context, &messages);
+        std::vector<Slot> done;
+        for (int first; (first = next.fetch_add(kBatch)) < total && !stopped();) {
+            const int last = std::min(total, first + kBatch);
+            done.clear();
+            for (int i = first; i < last; ++i) {
+                Slot slot;
+                slot.row = ScanFile(directory, entries[i], context, &slot.messages);
+                done.push_back(std::move(slot));
+            }
             std::lock_guard lock(mutex);
-            pending[size_t(i)].row = std::move(row);
-            pending[size_t(i)].messages = std::move(messages);
+            for (int i = first; i < last; ++i)
+                pending[size_t(i)] = std::move(done[size_t(i - first)]);
             ready.notify_all();
         }
         std::lock_guard lock(mutex);

@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <array>
 #include <atomic>
 #include <functional>
 
@@ -40,8 +41,14 @@ struct ScanContext {
     ScanContext(const Session& session);
     const Session& session;
     QHash<QString, int> columnOf;  // column code -> grid column
+    int column(const char* code) const;
     bool officeWanted = false;     // a displayed column is one the Office component fills
     int columnCount = 0;
+
+private:
+    // The field table's codes are a dot and two capital letters: they index this table
+    // directly, so the hundred look-ups of every file cost no string.
+    std::array<int, 26 * 26> byLetters_{};
 };
 
 // The row of one file: pure, safe to run on several threads at once. Read errors are
