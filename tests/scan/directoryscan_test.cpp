@@ -1,4 +1,6 @@
 // The directory scan on folders built by the tests: filters, routing, values, cache, order.
+#include "platform/namedstreams.h"
+#include "readers/compoundfile.h"
 #include "scan/columnvalues.h"
 #include "scan/directoryscan.h"
 
@@ -239,4 +241,23 @@ TEST(DirectoryScan, DatesAndDurationsAsTheGridShowsThem)
     for (const Duration& row : {Duration{"PT1H5M", 65}, Duration{"PT9M30S", 9}, Duration{"P1DT2H", 1560},
                                 Duration{"PT0S", 0}, Duration{"soon", -1}, Duration{"P", -1}})
         EXPECT_EQ(DurationMinutes(QLatin1String(row.iso)), row.minutes) << row.iso;
+}
+
+TEST(DirectoryScan, AnyFileShowsThePropertySetsOfItsNamedStreams)
+{
+    Fixture f("[Proprietes]\nTitre=1\nCompagnie=1\n[PDF]\nPDFVersion=1\n");
+    const QString pdf = f.documents.write(QStringLiteral("a.pdf"), ReadFile(SourceFile(QStringLiteral("samples/documents/report.pdf"))));
+    const QString text = f.documents.write(QStringLiteral("b.txt"), "text");
+    // The document summary of the project's small compound document, kept as a named stream.
+    QString why;
+    auto document = CompoundFile::Open(SourceFile(QStringLiteral("fuzz/corpus/ole_fuzzer/minimal.doc")), &why);
+    ASSERT_TRUE(document.has_value()) << why.toStdString();
+    const auto stream = document->rootStream(QStringLiteral("\u0005DocumentSummaryInformation"));
+    ASSERT_TRUE(stream.has_value());
+    for (const QString& path : {pdf, text})
+        if (WriteNamedStream(path, QStringLiteral("\u0005DocumentSummaryInformation"), *stream))
+            GTEST_SKIP() << "this file system keeps no extended attributes";
+    EXPECT_EQ(f.row(QStringLiteral("a.pdf")).value(QStringLiteral(".TI")), u"Annual report 2026");
+    EXPECT_EQ(f.row(QStringLiteral("a.pdf")).value(QStringLiteral(".CY")), u"ACME");
+    EXPECT_EQ(f.row(QStringLiteral("b.txt")).value(QStringLiteral(".CY")), u"ACME");
 }
