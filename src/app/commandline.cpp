@@ -48,6 +48,7 @@ Usage:
                                until then this shows the columns, like --show-columns)
   brindar -d DIR -x FILE [-o LETTERS] [-t XSL -h OUTPUT]
                                batch mode: write the XML export of DIR to FILE
+                               (arrives with the XML export; refused until then)
   brindar --show-columns       print the columns of the configuration in use
   brindar --scan DIR           scan DIR with the configuration in use (metadata cache
                                included) and print the grid as tab-separated UTF-8:
