@@ -1,9 +1,10 @@
-// Atomic replacement of a file through QSaveFile.
+// Atomic replacement of a settings or report file.
 #include "core/atomicfile.h"
+
+#include "platform/filereplace.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace brindar {
 
@@ -12,17 +13,7 @@ std::optional<QString> WriteFileAtomically(const QString& path, const QByteArray
     const QString folder = QFileInfo(path).absolutePath();
     if (!QDir().mkpath(folder))
         return QStringLiteral("%1: cannot create the folder %2").arg(path, folder);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return QStringLiteral("%1: %2").arg(path, file.errorString());
-    if (file.write(bytes) != bytes.size()) {
-        const QString reason = file.errorString();
-        file.cancelWriting();
-        return QStringLiteral("%1: %2").arg(path, reason);
-    }
-    if (!file.commit())
-        return QStringLiteral("%1: %2").arg(path, file.errorString());
-    return std::nullopt;
+    return ReplaceFile(path, [&](QFile& file) { return file.write(bytes) == bytes.size(); });
 }
 
 }  // namespace brindar

@@ -8,7 +8,8 @@
 namespace brindar {
 
 // Writes `bytes` to a temporary file in the target's folder and renames it over `path`,
-// so a crash never leaves a half-written file. The folder is created when missing.
+// so a crash never leaves a half-written file; the old file's permissions and named
+// streams are kept (see ReplaceFile). The folder is created when missing.
 // Returns the reason on failure (the old file is then untouched).
 std::optional<QString> WriteFileAtomically(const QString& path, const QByteArray& bytes);
 
