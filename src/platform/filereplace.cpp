@@ -42,6 +42,18 @@ bool CopyUserAttributes(const QByteArray& from, int to)
     return true;
 }
 
+// The umask, read without changing it (umask() alone would, for a moment, for every
+// thread); 022 when the system does not say.
+mode_t ProcessUmask()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (status.open(QIODevice::ReadOnly))
+        for (const QByteArray& line : status.readAll().split('\n'))
+            if (line.startsWith("Umask:"))
+                return mode_t(line.mid(6).trimmed().toUInt(nullptr, 8));
+    return 022;
+}
+
 }  // namespace
 
 std::optional<QString> ReplaceFile(const QString& path, const std::function<bool(QFile&)>& write)
@@ -64,6 +76,11 @@ std::optional<QString> ReplaceFile(const QString& path, const std::function<bool
             return QStringLiteral("%1: %2").arg(path, SystemError());
         if (!CopyUserAttributes(target, fd))
             return QStringLiteral("%1: its named streams cannot be kept: %2").arg(path, SystemError());
+    } else {
+        // A new file gets the permissions any program gives it (0666 less the umask), not
+        // the private ones of a temporary file.
+        if (fchmod(fd, 0666 & ~ProcessUmask()) != 0)
+            return QStringLiteral("%1: %2").arg(path, SystemError());
     }
     if (fsync(fd) != 0)
         return QStringLiteral("%1: %2").arg(path, SystemError());

@@ -31,6 +31,7 @@ struct Item {
     QStringView source;   // element or attribute name in meta.xml
     QStringView element;  // element of the metadata fragment
     QString R::*field;
+    bool date = false;  // goes to the date fragment of the XML export
 };
 
 // Elements of office:meta, appended to the fragment in this order.
@@ -43,13 +44,13 @@ const Item kElements[] = {
     {u"meta:initial-creator", u"author", &R::initialCreator},
     {u"dc:creator", u"lastauthor", &R::creator},
     {u"meta:printed-by", u"printed-by", &R::printedBy},
-    {u"meta:creation-date", u"creation", &R::creationDate},
-    {u"dc:date", u"lastsave", &R::date},
-    {u"meta:print-date", u"lastprint", &R::printDate},
+    {u"meta:creation-date", u"creation", &R::creationDate, true},
+    {u"dc:date", u"lastsave", &R::date, true},
+    {u"meta:print-date", u"lastprint", &R::printDate, true},
     {u"meta:template", u"template", &R::templateName},
     {u"dc:language", u"language", &R::language},
     {u"meta:editing-cycles", u"revisions", &R::editingCycles},
-    {u"meta:editing-duration", u"totaledit", &R::editingDuration},
+    {u"meta:editing-duration", u"totaledit", &R::editingDuration, true},
 };
 
 // Attributes of meta:document-statistic, appended after the elements in this order.
@@ -142,10 +143,13 @@ void ReadUserDefined(const QString& meta, OpenOfficeResult& result)
         const QString value = meta.sliced(tagEnd + 1, close - (tagEnd + 1));
         result.userDefined.append({name, value});
         if (!name.isEmpty()) {
-            result.fragment.append(u"<userprop>").append(kLineEnd);
-            result.fragment.append(u"<nameprop>").append(XmlEscape(name)).append(u"</nameprop>").append(kLineEnd);
-            result.fragment.append(u"<valueprop>").append(XmlEscape(value)).append(u"</valueprop>").append(kLineEnd);
-            result.fragment.append(u"</userprop>").append(kLineEnd);
+            QString element;
+            element.append(u"<userprop>").append(kLineEnd);
+            element.append(u"<nameprop>").append(XmlEscape(name)).append(u"</nameprop>").append(kLineEnd);
+            element.append(u"<valueprop>").append(XmlEscape(value)).append(u"</valueprop>").append(kLineEnd);
+            element.append(u"</userprop>").append(kLineEnd);
+            result.fragment.append(element);
+            result.summaryFragment.append(element);
         }
         from = close + kUserDefinedClose.size();
     }
@@ -172,12 +176,15 @@ OpenOfficeResult ReadOpenOfficeMeta(const QString& path)
         if (auto value = ElementText(meta, item.source)) {
             result.*item.field = value->toString();
             AppendElement(result.fragment, item.element, result.*item.field);
+            AppendElement(item.date ? result.dateFragment : result.summaryFragment, item.element,
+                          result.*item.field);
         }
     }
     for (const Item& item : kStatistics) {
         if (auto value = StatisticValue(meta, item.source)) {
             result.*item.field = *value;
             AppendElement(result.fragment, item.element, *value);
+            AppendElement(result.summaryFragment, item.element, *value);
         }
     }
     ReadUserDefined(meta, result);

@@ -49,6 +49,11 @@ struct OpenOfficeResult {
     // The metadata fragment of the XML export: one element per value found, each
     // followed by CR LF, in the order above.
     QString fragment;
+    // The same elements split as the XML export places them: the dates (creation,
+    // lastsave, lastprint, totaledit) go inside <datetime>, everything else inside
+    // <summary>.
+    QString dateFragment;
+    QString summaryFragment;
 
     // A read failed part way: the caller shows "Error reading file ..."; the result holds
     // what the bytes that could be read gave.

@@ -1,0 +1,164 @@
+// Folder entries through readdir and statx, volumes through QStorageInfo.
+#include "platform/fileinfo.h"
+
+#include <QFile>
+#include <QStorageInfo>
+#include <algorithm>
+#include <cstring>
+#include <ctime>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace brindar {
+
+namespace {
+
+LocalTime ToLocal(const statx_timestamp& stamp)
+{
+    const time_t seconds = time_t(stamp.tv_sec);
+    tm parts{};
+    if (!localtime_r(&seconds, &parts))
+        return {};
+    return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec};
+}
+
+// The attribute word NTFS keeps, as ntfs-3g shows it; 0 elsewhere.
+quint32 NtfsAttributes(int folder, const QByteArray& name)
+{
+    const QByteArray path = "/proc/self/fd/" + QByteArray::number(folder) + '/' + name;
+    unsigned char bytes[4] = {};
+    if (getxattr(path.constData(), "system.ntfs_attrib", bytes, sizeof bytes) != 4)
+        return 0;
+    return quint32(bytes[0]) | quint32(bytes[1]) << 8 | quint32(bytes[2]) << 16 | quint32(bytes[3]) << 24;
+}
+
+QString NtfsShortName(int folder, const QByteArray& name)
+{
+    const QByteArray path = "/proc/self/fd/" + QByteArray::number(folder) + '/' + name;
+    char bytes[64];
+    const ssize_t size = getxattr(path.constData(), "system.ntfs_dos_name", bytes, sizeof bytes);
+    return size > 0 ? QString::fromUtf8(bytes, size) : QString();
+}
+
+QString AttributeLetters(const QString& name, const struct statx& info, quint32 ntfs)
+{
+    constexpr quint32 kReadOnly = 1, kHidden = 2, kSystem = 4, kArchive = 32, kCompressed = 2048,
+                      kEncrypted = 16384;
+    const auto flag = [&](quint64 bit) { return (info.stx_attributes_mask & bit) && (info.stx_attributes & bit); };
+    const bool compressed = (ntfs & kCompressed) || flag(STATX_ATTR_COMPRESSED);
+    const bool encrypted = (ntfs & kEncrypted) || flag(STATX_ATTR_ENCRYPTED);
+    const bool hidden = name.startsWith(u'.') || (ntfs & kHidden);
+    const bool readOnly = !(info.stx_mode & S_IWUSR) || (ntfs & kReadOnly);
+    QString letters;
+    if (ntfs & kArchive)
+        letters += u'a';
+    if (compressed)
+        letters += u'c';
+    if (encrypted)
+        letters += u'e';
+    if (hidden)
+        letters += u'h';
+    if (readOnly)
+        letters += u'r';
+    if (ntfs & kSystem)
+        letters += u's';
+    return letters;
+}
+
+}  // namespace
+
+QList<FolderEntry> ListFolder(const QString& folder, bool ntfs, bool* ok)
+{
+    QList<FolderEntry> entries;
+    const int descriptor = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    *ok = descriptor >= 0;
+    if (!*ok)
+        return entries;
+    DIR* dir = fdopendir(descriptor);
+    if (!dir) {
+        close(descriptor);
+        *ok = false;
+        return entries;
+    }
+    QList<std::pair<QString, FolderEntry>> keyed;
+    while (const dirent* item = readdir(dir)) {
+        const char* raw = item->d_name;
+        if (std::strcmp(raw, ".") == 0 || std::strcmp(raw, "..") == 0)
+            continue;
+        // Links are followed: a link to a file is that file; a link to a folder is
+        // caught below, as is a link that points nowhere (it fails and is left out).
+        struct statx info{};
+        if (statx(descriptor, raw, AT_STATX_SYNC_AS_STAT, STATX_BASIC_STATS | STATX_BTIME, &info) != 0)
+            continue;
+        const bool isDirectory = S_ISDIR(info.stx_mode);
+        if (!isDirectory && !S_ISREG(info.stx_mode))
+            continue;
+        if (isDirectory) {
+            const bool link = item->d_type == DT_LNK
+                              || (item->d_type == DT_UNKNOWN && [&] {
+                                     struct stat own{};
+                                     return fstatat(descriptor, raw, &own, AT_SYMLINK_NOFOLLOW) != 0
+                                            || S_ISLNK(own.st_mode);
+                                 }());
+            if (link)
+                continue;
+        }
+        FolderEntry entry;
+        const QByteArray rawName(raw);
+        entry.name = QFile::decodeName(rawName);
+        entry.directory = isDirectory;
+        entry.size = qint64(info.stx_size);
+        entry.written = ToLocal(info.stx_mtime);
+        entry.accessed = ToLocal(info.stx_atime);
+        entry.created = (info.stx_mask & STATX_BTIME) ? ToLocal(info.stx_btime) : entry.written;
+        const quint32 ntfsAttributes = ntfs ? NtfsAttributes(descriptor, rawName) : 0;
+        entry.attributes = AttributeLetters(entry.name, info, ntfsAttributes);
+        if (ntfs && !isDirectory)
+            entry.shortName = NtfsShortName(descriptor, rawName);
+        QString key = entry.name.toUpper();
+        keyed.append({std::move(key), std::move(entry)});
+    }
+    closedir(dir);
+    std::sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) {
+        return a.first != b.first ? a.first < b.first : a.second.name < b.second.name;
+    });
+    entries.reserve(keyed.size());
+    for (auto& [key, entry] : keyed)
+        entries.append(std::move(entry));
+    return entries;
+}
+
+namespace {
+
+// ntfs-3g mounts report "fuseblk"; the device's type, as udev recorded it, says NTFS.
+bool UdevSaysNtfs(const QByteArray& device)
+{
+    struct stat info{};
+    if (device.isEmpty() || stat(device.constData(), &info) != 0 || !S_ISBLK(info.st_mode))
+        return false;
+    QFile data(QStringLiteral("/run/udev/data/b%1:%2").arg(major(info.st_rdev)).arg(minor(info.st_rdev)));
+    if (!data.open(QIODevice::ReadOnly))
+        return false;
+    return ("\n" + data.read(64 * 1024)).contains("\nE:ID_FS_TYPE=ntfs\n");
+}
+
+}  // namespace
+
+VolumeInfo VolumeOf(const QString& path)
+{
+    const QStorageInfo storage(path);
+    VolumeInfo volume;
+    volume.label = storage.name();
+    const QByteArray type = storage.fileSystemType().toLower();
+    if (type == "ntfs" || type == "ntfs3" || type == "ntfs-3g" || (type == "fuseblk" && UdevSaysNtfs(storage.device())))
+        volume.fileSystem = QStringLiteral("NTFS");
+    else
+        volume.fileSystem = QString::fromLatin1(type).toUpper();
+    return volume;
+}
+
+}  // namespace brindar
