@@ -1,0 +1,461 @@
+// The XML export writer: folders, files and, by family, what the readers find in them.
+#include "export/xmlexport.h"
+
+#include "core/codepage.h"
+#include "platform/namedstreams.h"
+#include "readers/htmlmetareader.h"
+#include "readers/iptcreader.h"
+#include "readers/officeproperties.h"
+#include "readers/openofficereader.h"
+#include "readers/pdfreader.h"
+#include "readers/text.h"
+#include "readers/xmpreader.h"
+#include "reports/templatevariables.h"
+#include "scan/columnvalues.h"
+#include "version.h"
+
+#include <QSaveFile>
+#include <QStringDecoder>
+#include <array>
+
+namespace brindar {
+
+namespace {
+
+enum class Family { Html, OpenOffice, Pdf, Image, Layout, Other };
+
+struct FamilyRow {
+    std::array<const char16_t*, 6> extensions;
+    Family family;
+};
+
+// The first row holding the upper-cased extension decides; anything else, a name
+// without extension included, is an Office candidate.
+const FamilyRow kFamilies[] = {
+    {{u"HTM", u"HTML"}, Family::Html},
+    {{u"SXW", u"SXC", u"SXD", u"SXI", u"SXM", u"SXG"}, Family::OpenOffice},
+    {{u"PDF"}, Family::Pdf},
+    {{u"JPG", u"JPEG", u"TIF", u"TIFF"}, Family::Image},
+    {{u"AI", u"EPS", u"FM", u"INDD", u"PM7", u"PSD"}, Family::Layout},
+};
+
+Family FamilyOf(const QString& extension)
+{
+    for (const FamilyRow& row : kFamilies)
+        for (const char16_t* candidate : row.extensions)
+            if (candidate && extension == QStringView(candidate))
+                return row.family;
+    return Family::Other;
+}
+
+bool Switched(Family family, const XmlFamilies& on)
+{
+    switch (family) {
+    case Family::Html: return on.office;
+    case Family::OpenOffice: return on.openOffice;
+    case Family::Pdf: return on.pdf;
+    case Family::Image: return on.iptc;
+    case Family::Layout: return on.xmp;
+    case Family::Other: return on.office;
+    }
+    return false;
+}
+
+QString Element(QStringView name, const QString& text)
+{
+    QString line;
+    line.reserve(text.size() + 2 * name.size() + 5);
+    line.append(u'<').append(name).append(u'>').append(text).append(u"</").append(name).append(u'>');
+    return line;
+}
+
+QString TwoDigits(qint64 n) { return n < 10 ? u'0' + QString::number(n) : QString::number(n); }
+
+QString OfficeDate(const QDateTime& utc, bool localTime)
+{
+    return GridDate(utc, localTime);
+}
+
+// "02:05" from 125 minutes, "25:00" from 1,500.
+QString TotalEditText(qint64 minutes)
+{
+    const qint64 hours = minutes / 60;
+    return TwoDigits(hours) + u':' + TwoDigits(minutes - 60 * hours);
+}
+
+// The comment a Macintosh client keeps in a file's or folder's named stream (UTF-16,
+// at most 255 bytes are read), else the desktop comment; tabs become "-", escaped.
+QString CommentStream(const QString& path)
+{
+    if (!HasNamedStreams(path))
+        return QString();
+    QString text;
+    if (auto bytes = ReadNamedStream(path, QStringLiteral("Comments"))) {
+        bytes->truncate(255 & ~1);  // a lone last byte makes no UTF-16 character
+        text = QStringDecoder(QStringDecoder::Utf16LE).decode(*bytes);
+    } else if (auto desktop = ReadNamedStream(path, QStringLiteral("xdg.comment"))) {
+        text = QString::fromUtf8(*desktop);
+    }
+    return text.isEmpty() ? text : XmlEscape(text.replace(u'\t', u'-'));
+}
+
+}  // namespace
+
+QString RepairUtf8Accents(QString text)
+{
+    text.remove(CharOfCode(194));
+    const QChar tilde = CharOfCode(195);
+    for (qsizetype at = text.indexOf(tilde); at >= 0; at = text.indexOf(tilde, at)) {
+        if (at == text.size() - 1) {
+            text.chop(1);
+            break;
+        }
+        text.replace(at, 2, QChar(char16_t(text[at + 1].unicode() + 64)));
+    }
+    return text;
+}
+
+QString FileSystemDate(const LocalTime& t)
+{
+    if (!t.valid())
+        return QString();
+    return QString::number(t.year) + u'/' + TwoDigits(t.month) + u'/' + TwoDigits(t.day) + u' ' + TwoDigits(t.hour)
+           + u':' + TwoDigits(t.minute) + u':' + TwoDigits(t.second);
+}
+
+QStringList XmlDocumentHead(const QString& volumeLabel, const QString& fileSystem, const QString& dateText,
+                            const QTime& time)
+{
+    return {
+        QStringLiteral("<?xml version=\"1.0\" encoding=\"ISO-8859-1\" ?>"),
+        QStringLiteral("<!-- Created with %1 version %2 [Quorvane] -->")
+            .arg(QLatin1String(kProgramTitle), QLatin1String(kProgramVersion)),
+        QStringLiteral("<involume name=\"%1\" filesystem=\"%2\" dategeneration = \"%3 %4\">")
+            .arg(CutAtNul(volumeLabel + QChar(0)), CutAtNul(fileSystem + QChar(0)), dateText,
+                 time.toString(QStringLiteral("HH:mm"))),
+    };
+}
+
+QString ExportStartPath(const QString& directory)
+{
+    return directory + u'/';
+}
+
+XmlExport::XmlExport(QIODevice& out, const XmlExportOptions& options, const Captions& captions)
+    : out_(out), options_(options), captions_(captions)
+{
+}
+
+void XmlExport::writeLine(const QString& line)
+{
+    QByteArray bytes = EncodeWin1252(line);
+    bytes.append("\r\n", 2);
+    out_.write(bytes);
+}
+
+bool XmlExport::shouldStop()
+{
+    if (!stopped_ && stopRequested && stopRequested->load(std::memory_order_relaxed))
+        stopped_ = true;
+    return stopped_;
+}
+
+void XmlExport::readFailed(bool failed, const QString& path)
+{
+    if (failed)
+        messages.append(captions_.text(CaptionSection::Main, 70) + u' ' + path);
+}
+
+void XmlExport::ExportXmlDirectory(const QString& path)
+{
+    if (shouldStop())
+        return;
+    const QString full = XmlEscape(path.chopped(1));
+    const QString name = full.mid(full.lastIndexOf(u'/') + 1);
+    writeLine(QStringLiteral("<dir>"));
+    ++elementId;
+    writeLine(QStringLiteral("<id>") + QString::number(elementId) + QStringLiteral("</id><name>") + name + QStringLiteral("</name><fullname>") + full
+              + QStringLiteral("</fullname>"));
+    ++directoryCount;
+    if (onProgress)
+        onProgress({directoryCount, fileCount, path, QString()});
+    if (options_.nt)
+        if (const QString comment = CommentStream(path.chopped(1)); !comment.isEmpty())
+            writeLine(QStringLiteral("<maccomments>") + comment + QStringLiteral("</maccomments>"));
+
+    // Only the names of the subfolders outlive the files' loop: memory follows the depth
+    // of the tree, not its size.
+    QStringList subfolders;
+    {
+        bool listed = false;
+        const QList<FolderEntry> entries = ListFolder(path, options_.ntfsVolume, &listed);
+        for (const FolderEntry& entry : entries) {
+            if (entry.directory) {
+                if (!entry.name.startsWith(u'.'))
+                    subfolders.append(entry.name);
+            } else {
+                writeFile(path, entry);
+            }
+            if (shouldStop())
+                return;
+        }
+    }
+    for (const QString& subfolder : std::as_const(subfolders)) {
+        ExportXmlDirectory(path + subfolder + u'/');
+        if (stopped_)
+            return;
+    }
+    if (!shouldStop())
+        writeLine(QStringLiteral("</dir>"));
+}
+
+void XmlExport::writeFile(const QString& path, const FolderEntry& entry)
+{
+    const QString& longName = entry.name;
+    const QString& shortName = entry.shortName.isEmpty() ? longName : entry.shortName;
+    const QString fullPath = path + longName;
+    writeLine(QStringLiteral("<file>"));
+    ++elementId;
+    writeLine(QStringLiteral("<id>") + QString::number(elementId) + QStringLiteral("</id>"));
+    QString extension;
+    if (const qsizetype dot = longName.lastIndexOf(u'.'); dot >= 0) {
+        extension = longName.mid(dot + 1);
+        writeLine(QStringLiteral("<extension>") + XmlEscape(extension) + QStringLiteral("</extension>"));
+        extension = extension.toUpper();
+    }
+    writeLine(QStringLiteral("<name>") + XmlEscape(longName) + QStringLiteral("</name>"));
+    // PDF files keep their blanks in <fullname>; every other file has them as %20.
+    const QString escapedPath = XmlEscape(fullPath);
+    writeLine(QStringLiteral("<fullname>") + (extension == u"PDF" ? escapedPath : QString(escapedPath).replace(u' ', QStringLiteral("%20")))
+              + QStringLiteral("</fullname>"));
+    writeLine(QStringLiteral("<shortname>") + XmlEscape(shortName) + QStringLiteral("</shortname>"));
+    writeLine(QStringLiteral("<size>") + QString::number(qint32(quint32(quint64(entry.size) & 0xFFFFFFFFu))) + QStringLiteral("</size>"));
+    if (!entry.attributes.isEmpty())
+        writeLine(QStringLiteral("<attributes>") + entry.attributes + QStringLiteral("</attributes>"));
+
+    QString summary;
+    const Family family = FamilyOf(extension);
+    const XmlFamilies& on = options_.families;
+    if (Switched(family, on)) {
+        switch (family) {
+        case Family::Html: {
+            WriteFileSystemDatetime(entry);
+            const HtmlMetaResult html = ReadHtmlMeta(fullPath);
+            readFailed(html.shortRead, fullPath);
+            if (!html.fragment.isEmpty())
+                writeLine(QStringLiteral("<html>") + html.fragment + QStringLiteral("</html>"));
+            break;
+        }
+        case Family::OpenOffice: {
+            const OpenOfficeResult meta = ReadOpenOfficeMeta(fullPath);
+            readFailed(meta.shortRead, fullPath);
+            if (!meta.dateFragment.isEmpty()) {
+                writeLine(QStringLiteral("<datetime>"));
+                writeLine(meta.dateFragment);
+                writeLine(QStringLiteral("</datetime>"));
+            }
+            summary = meta.summaryFragment;
+            break;
+        }
+        case Family::Pdf:
+            WriteFileSystemDatetime(entry);
+            pdfBlock(fullPath);
+            if (on.xmp)
+                xmpBlock(fullPath);
+            break;
+        case Family::Image: {
+            WriteFileSystemDatetime(entry);
+            const IptcResult iptc = ReadIptc(fullPath, options_.macintoshAccents);
+            readFailed(iptc.shortRead, fullPath);
+            if (!iptc.fragment.isEmpty())
+                writeLine(QStringLiteral("<iptc>") + iptc.fragment + QStringLiteral("</iptc>"));
+            if (on.xmp)
+                xmpBlock(fullPath);
+            break;
+        }
+        case Family::Layout:
+            WriteFileSystemDatetime(entry);
+            xmpBlock(fullPath);
+            break;
+        case Family::Other:
+            summary = officeBlock(fullPath, entry);
+            break;
+        }
+    } else if (family == Family::Other) {
+        WriteFileSystemDatetime(entry);
+    }
+    if (!summary.isEmpty())
+        writeLine(QStringLiteral("<summary>") + summary + QStringLiteral("</summary>"));
+    if (options_.nt)
+        if (const QString comment = CommentStream(fullPath); !comment.isEmpty())
+            writeLine(QStringLiteral("<maccomments>") + comment + QStringLiteral("</maccomments>"));
+    writeLine(QStringLiteral("</file>"));
+    ++fileCount;
+    if (onProgress)
+        onProgress({directoryCount, fileCount, path, longName});
+}
+
+void XmlExport::WriteFileSystemDatetime(const FolderEntry& entry)
+{
+    writeLine(QStringLiteral("<datetime>"));
+    const std::pair<const char16_t*, const LocalTime*> times[] = {
+        {u"creation", &entry.created}, {u"lastsave", &entry.written}, {u"lastaccess", &entry.accessed}};
+    for (const auto& [element, time] : times)
+        if (const QString text = FileSystemDate(*time); !text.isEmpty())
+            writeLine(Element(element, XmlEscape(text)));
+    writeLine(QStringLiteral("</datetime>"));
+}
+
+void XmlExport::xmpBlock(const QString& fullPath)
+{
+    const XmpResult xmp = ReadXmp(fullPath);
+    readFailed(xmp.shortRead, fullPath);
+    if (!xmp.packet.isEmpty())
+        writeLine(QStringLiteral("<xmp>") + xmp.packet + QStringLiteral("</xmp>"));
+}
+
+void XmlExport::pdfBlock(const QString& fullPath)
+{
+    const PdfInfo pdf = ReadPdfInfo(fullPath);
+    readFailed(pdf.shortRead, fullPath);
+    if (pdf.version.isEmpty())
+        return;
+    writeLine(QStringLiteral("<pdf><version>") + pdf.version + QStringLiteral("</version>"));
+    if (pdf.encrypted) {
+        writeLine(QStringLiteral("<encrypted>true</encrypted>"));
+        writeLine(QStringLiteral("</pdf>"));
+        return;
+    }
+    writeLine(QStringLiteral("<encrypted>false</encrypted>"));
+    const std::pair<const char16_t*, const QString*> fields[] = {
+        {u"author", &pdf.author},     {u"creationdate", &pdf.creationDate}, {u"moddate", &pdf.modificationDate},
+        {u"creator", &pdf.creator},   {u"producer", &pdf.producer},         {u"title", &pdf.title},
+        {u"subject", &pdf.subject},   {u"keywords", &pdf.keywords},
+    };
+    for (const auto& [element, value] : fields)
+        if (!value->isEmpty())
+            writeLine(Element(element, XmlEscape(*value)));
+    if (!pdf.pages.isEmpty())
+        writeLine(QStringLiteral("<pages>") + pdf.pages + QStringLiteral("</pages>"));
+    writeLine(QStringLiteral("</pdf>"));
+}
+
+QString XmlExport::officeBlock(const QString& fullPath, const FolderEntry& entry)
+{
+    OfficeProperties office;
+    const int mode = options_.ntfs ? OfficeProperties::kModeRead : OfficeProperties::kModeReadTransacted;
+    const int groups = office.open(fullPath, mode) ? office.propertyGroups() : 0;
+    const int count = (groups & OfficeProperties::kUserDefinedGroup) ? office.userDefinedCount() : 0;
+    if (!(groups & (OfficeProperties::kSummaryGroup | OfficeProperties::kDocumentSummaryGroup
+                    | OfficeProperties::kUserDefinedGroup))) {
+        WriteFileSystemDatetime(entry);
+        return QString();
+    }
+
+    const auto date = [&](const std::optional<QDateTime>& value) {
+        return value && value->isValid() ? OfficeDate(*value, options_.localTime) : QString();
+    };
+    writeLine(QStringLiteral("<datetime>"));
+    QString creation = date(office.created());
+    if (creation.isEmpty())
+        creation = FileSystemDate(entry.created);
+    QString lastSave = date(office.lastSaved());
+    if (lastSave.isEmpty())
+        lastSave = FileSystemDate(entry.written);
+    const QString lastAccess = FileSystemDate(entry.accessed);
+    const QString lastPrint = date(office.lastPrinted());
+    const qint64 edit = office.totalEditingMinutes().value_or(0);
+    const std::pair<const char16_t*, QString> dates[] = {
+        {u"creation", creation},
+        {u"lastsave", lastSave},
+        {u"lastaccess", lastAccess},
+        {u"lastprint", lastPrint},
+        {u"totaledit", edit != 0 ? TotalEditText(edit) : QString()},
+    };
+    for (const auto& [name, text] : dates)
+        if (!text.isEmpty())
+            writeLine(Element(name, XmlEscape(text)));
+    writeLine(QStringLiteral("</datetime>"));
+
+    QString summary;
+    const auto text = [&](QStringView name, const std::optional<QString>& value) {
+        const QString trimmed = value ? TrimBlanks(*value).toString() : QString();
+        if (!trimmed.isEmpty())
+            summary += Element(name, XmlEscape(trimmed));
+    };
+    const auto number = [&](QStringView name, const std::optional<qint64>& value) {
+        if (value && *value != 0)
+            summary += Element(name, QString::number(*value));
+    };
+    QString application = office.applicationName().value_or(QString());
+    if (application.size() > 10 && application.startsWith(u"Microsoft "))
+        application.remove(0, 10);
+    text(u"application", application);
+    text(u"title", office.title());
+    text(u"author", office.author());
+    text(u"subject", office.subject());
+    text(u"keywords", office.keywords());
+    text(u"template", office.templateName());
+    text(u"comments", office.comments());
+    text(u"lastauthor", office.lastAuthor());
+    text(u"revisions", office.revisionNumber());
+    number(u"pages", office.pageCount());
+    number(u"paragraphs", office.paragraphCount());
+    number(u"lines", office.lineCount());
+    number(u"words", office.wordCount());
+    number(u"chars", office.characterCount());
+    number(u"notes", office.noteCount());
+    number(u"slides", office.slideCount());
+    text(u"manager", office.manager());
+    text(u"company", office.company());
+    text(u"category", office.category());
+    number(u"security", office.security());
+
+    for (int i = 0; i < count; ++i) {
+        const QString name = TrimBlanks(office.userDefinedName(i).value_or(QString())).toString();
+        QString value =
+            TrimBlanks(CellText(office.userDefinedValue(i).value_or(QVariant()), options_.localTime)).toString();
+        if (options_.nt)
+            value = RepairUtf8Accents(value);
+        value.replace(QChar(0), u' ').replace(CharOfCode(150), u'-');
+        if (!name.isEmpty())
+            summary += QStringLiteral("<userprop><nameprop>") + XmlEscape(name) + QStringLiteral("</nameprop><valueprop>") + XmlEscape(value)
+                       + QStringLiteral("</valueprop></userprop>");
+    }
+    return summary;
+}
+
+XmlExportResult WriteXmlExport(const QString& directory, const QString& outputPath, const XmlExportOptions& options,
+                               const Captions& captions, const QDateTime& now,
+                               const std::function<void(const XmlExportProgress&)>& onProgress,
+                               const std::atomic<bool>* stopRequested)
+{
+    XmlExportResult result;
+    QSaveFile file(outputPath);
+    if (!file.open(QIODevice::WriteOnly)) {
+        result.writeError = file.errorString();
+        return result;
+    }
+    const VolumeInfo volume = VolumeOf(directory);
+    XmlExportOptions walk = options;
+    walk.ntfsVolume = volume.ntfs();
+    XmlExport writer(file, walk, captions);
+    writer.onProgress = onProgress;
+    writer.stopRequested = stopRequested;
+    for (const QString& line : XmlDocumentHead(volume.label, volume.fileSystem, ReportDateText(captions, now.date()),
+                                               now.time()))
+        writer.writeLine(line);
+    writer.elementId = 0;
+    writer.ExportXmlDirectory(ExportStartPath(directory));
+    if (!writer.stopped())
+        writer.writeLine(QString::fromUtf16(kXmlDocumentFoot));
+    result.stopped = writer.stopped();
+    result.directories = writer.directoryCount;
+    result.files = writer.fileCount;
+    result.messages = writer.messages;
+    if (!file.commit())
+        result.writeError = file.errorString();
+    return result;
+}
+
+}  // namespace brindar
