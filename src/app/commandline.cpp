@@ -47,8 +47,8 @@ Usage:
   brindar                      open the program (the window arrives in a later release;
                                until then this shows the columns, like --show-columns)
   brindar -d DIR -x FILE [-o LETTERS] [-t XSL -h OUTPUT]
-                               batch mode: write the XML export of DIR to FILE
-                               (arrives with the XML export; refused until then)
+                               batch mode: write the XML export of DIR to FILE and,
+                               with -t and -h, transform it with an XSL file
   brindar --show-columns       print the columns of the configuration in use
   brindar --scan DIR           scan DIR with the configuration in use (metadata cache
                                included) and print the grid as tab-separated UTF-8:
@@ -71,7 +71,8 @@ Folders:
   settings    $BRINDAR_HOME, else the program's folder when it holds
               ChoixConfiguration.ini, else $XDG_CONFIG_HOME/brindar-pro
               (~/.config/brindar-pro)
-  shipped     $BRINDAR_DATA, else share/brindar-pro beside the program's folder
+  shipped     $BRINDAR_DATA, else share/brindar-pro beside the program's folder;
+              its xsl/ folder holds the stylesheets that come with the program
 )");
 }
 

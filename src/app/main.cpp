@@ -1,6 +1,7 @@
 // The brindar program: long options, batch mode, and (later) the window.
 #include "app/commandline.h"
 #include "core/session.h"
+#include "export/batchmode.h"
 #include "platform/directory.h"
 #include "platform/folders.h"
 #include "platform/systeminfo.h"
@@ -114,6 +115,34 @@ int Scan(const QString& directory, QTextStream& out, QTextStream& err)
     return 0;
 }
 
+int BatchMode(const QStringList& arguments, QTextStream& err)
+{
+    const Session session = StartSession(SettingsFolder(), DataFolder(), CurrentSystem());
+    const bool progress = StandardErrorIsTerminal();
+    BatchCallbacks callbacks;
+    callbacks.onMessage = [&](const QString& title, const QString& text) {
+        if (progress)
+            err << "\r\x1b[K";
+        err << title << ": " << QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")) << '\n'
+            << Qt::flush;
+    };
+    if (progress)
+        callbacks.onProgress = [&, shown = 0](const XmlExportProgress& p) mutable {
+            if (p.files - shown < 97 && !p.file.isEmpty())
+                return;
+            shown = p.files;
+            err << QStringLiteral("\r%1 folders, %2 files  %3\x1b[K")
+                       .arg(p.directories)
+                       .arg(p.files)
+                       .arg((p.file.isEmpty() ? p.directory : p.file).left(60))
+                << Qt::flush;
+        };
+    const int status = RunBatchMode(RebuildCommandLine(arguments.mid(1)), session, callbacks);
+    if (progress)
+        err << "\r\x1b[K" << Qt::flush;
+    return status;
+}
+
 }  // namespace
 
 int main(int argc, char* argv[])
@@ -137,8 +166,7 @@ int main(int argc, char* argv[])
     case Command::Scan:
         return Scan(line.directory, out, err);
     case Command::BatchMode:
-        err << "brindar: the batch mode is not available in this release; see brindar --help\n";
-        return 1;
+        return BatchMode(QCoreApplication::arguments(), err);
     case Command::Unknown:
         err << "brindar: unknown option " << line.unknownOption << "; see brindar --help\n";
         return 1;

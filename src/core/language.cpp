@@ -14,7 +14,7 @@ namespace {
 constexpr CaptionTableInfo kTables[kCaptionSectionCount] = {
     {"[Main]", 99, 160},     {"[Configuration]", 10, 12}, {"[Metadata]", 123, 125},
     {"[Select]", 18, 20},    {"[HTML]", 65, 68},          {"[Hypertext]", 13, 15},
-    {"[Modify]", 27, 30},    {"[List]", 29, 30},          {"[XML]", 47, 80},
+    {"[Modify]", 27, 30},    {"[List]", 29, 30},          {"[XML]", 49, 80},
 };
 
 // Texts whose outer blanks are part of the built-in caption; a language file cannot

@@ -1,5 +1,6 @@
 # The main job on the bundled samples: the columns of the sample configuration (in
-# French), then the grid of samples/documents through --scan, as a user runs them.
+# French), the batch-mode export of samples/ with its HTML page, then the grid of
+# samples/documents through --scan, as a user runs them.
 set(home "${WORK}/samples-settings")
 file(REMOVE_RECURSE "${home}" "${WORK}/cache")
 file(COPY "${SAMPLES}/settings/" DESTINATION "${home}")
@@ -22,6 +23,27 @@ foreach(text "Language:        French"
              "Titre" "Client" "(numeric)" "Readers:         OpenOffice, HTML, PDF, IPTC, XMP")
   expect("${out}" "${text}")
 endforeach()
+
+file(REMOVE "${WORK}/samples.xml" "${WORK}/samples.htm")
+execute_process(COMMAND ${PROGRAM} -d "${SAMPLES}" -x "${WORK}/samples.xml" -t "${STYLESHEET}" -h "${WORK}/samples.htm"
+                RESULT_VARIABLE code OUTPUT_VARIABLE out ERROR_VARIABLE err)
+if(NOT code EQUAL 0)
+  message(FATAL_ERROR "batch mode: exit ${code}\n${out}${err}")
+endif()
+file(READ "${WORK}/samples.xml" xml)
+expect("${xml}" "<name>harbour.jpg</name>")
+expect("${xml}" "<title>Annual report 2026</title>")
+expect("${xml}" "</dir>\n</involume>")
+file(READ "${WORK}/samples.htm" page)
+string(REGEX MATCHALL "<tr class=\"file\"" rows "${page}")
+list(LENGTH rows count)
+string(REGEX MATCHALL "<file>" files "${xml}")
+list(LENGTH files expected)
+if(NOT count EQUAL expected OR count LESS 6)
+  message(FATAL_ERROR "the HTML page shows ${count} files, the export holds ${expected}")
+endif()
+file(READ "${home}/Brindar Pro Log.htm" log)
+expect("${log}" "end XSL transformation at")
 
 execute_process(COMMAND ${PROGRAM} --scan "${SAMPLES}/documents"
                 RESULT_VARIABLE code OUTPUT_VARIABLE out ERROR_VARIABLE err)
