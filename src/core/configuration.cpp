@@ -145,7 +145,7 @@ qint64 LeadingNumber(const QString& text)
 QString ImageExtension(const QString& fileName)
 {
     const qsizetype dot = fileName.lastIndexOf(u'.');
-    return dot < 0 ? QString() : fileName.mid(dot + 1);
+    return dot < 0 ? QString() : fileName.mid(dot);
 }
 
 Configuration ReadConfiguration(const IniDocument& file, bool nt)

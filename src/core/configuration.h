@@ -79,7 +79,8 @@ struct Configuration {
 // without it the metadata cache is forced off.
 Configuration ReadConfiguration(const IniDocument& file, bool nt);
 
-// The text after the last "." of a file name; empty when there is none.
+// The file name's extension with its dot (".gif"), as copied images are named after it;
+// empty when there is none.
 QString ImageExtension(const QString& fileName);
 
 // "ChoixConfiguration.ini": the configuration in use and the main window's placement.

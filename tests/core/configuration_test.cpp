@@ -86,7 +86,7 @@ TEST(Configuration, NumbersColoursAndLists)
     EXPECT_EQ(c.largeur, (QMap<int, int>{{0, 2500}, {3, 0}, {7, 0}}));
     EXPECT_EQ(c.sort, 2);
     EXPECT_EQ(c.up, 1);
-    EXPECT_EQ(c.imageEnTeteExtension, u"PNG");
+    EXPECT_EQ(c.imageEnTeteExtension, u".PNG");
     EXPECT_EQ(c.imagePiedExtension, QString());
 }
 
