@@ -356,4 +356,17 @@ QString CountsText(const Captions& captions, int files, int documents)
         .arg(captions.text(CaptionSection::Main, documents > 1 ? 45 : 44));
 }
 
+GridModel ScanIntoGrid(const Session& session, const QString& directory, ScanResult* result)
+{
+    GridModel grid(session.columns, session.configuration);
+    QList<GridRow> rows;
+    const ScanResult scanned =
+        ScanDirectory(session, ScanRequest{directory, false, 0}, [&](const GridRow& row) { rows.append(row); });
+    grid.appendRows(rows);
+    grid.applySavedSort();
+    if (result)
+        *result = scanned;
+    return grid;
+}
+
 }  // namespace brindar

@@ -3,6 +3,7 @@
 
 #include "core/session.h"
 #include "platform/directory.h"
+#include "scan/gridmodel.h"
 #include "scan/gridrow.h"
 
 #include <QHash>
@@ -65,6 +66,10 @@ ScanResult ScanDirectory(const Session& session, const ScanRequest& request,
                          const std::function<void(const GridRow&)>& onRow,
                          const std::function<void(const ScanProgress&)>& onProgress = {},
                          const std::atomic<bool>* stop = nullptr);
+
+// The grid of `directory` as the window shows it after a scan: every row, the
+// configuration's saved sort applied. `result` receives the scan's result.
+GridModel ScanIntoGrid(const Session& session, const QString& directory, ScanResult* result = nullptr);
 
 // "3 files - 2 documents" in the language of `captions`.
 QString CountsText(const Captions& captions, int files, int documents);

@@ -1,0 +1,51 @@
+// The CSV report, one line per grid row in the reports' column order.
+#include "reports/csvreport.h"
+
+#include "core/atomicfile.h"
+#include "core/codepage.h"
+#include "reports/templatevariables.h"
+
+namespace brindar {
+
+QString CsvLine(const QStringList& cells, const GridModel& grid, const QList<int>& order)
+{
+    QString line;
+    for (qsizetype p = 0; p < order.size(); ++p) {
+        const int column = order[p];
+        if (column < 0 || column >= grid.columnCount() || grid.width(column) == 0)
+            continue;
+        QString field = column < cells.size() ? cells[column] : QString();
+        field.replace(u'"', QStringLiteral("\"\""));
+        if (field.contains(u'"') || field.contains(u';'))
+            field = u'"' + field + u'"';
+        if (p != order.size() - 1)
+            field += u';';
+        line += field;
+    }
+    return line;
+}
+
+ReportOutcome WriteCsvReport(const GridModel& grid, const QList<int>& order, const QString& directory,
+                             const ReportContext& context)
+{
+    const Configuration& c = context.configuration;
+    ReportOutcome outcome;
+    if (grid.rowCount() < 1) {
+        outcome.error = context.captions.text(CaptionSection::Main, 65);
+        outcome.nothingToReport = true;
+        return outcome;
+    }
+    const QString output = ReportOutputDirectory(directory);
+    DeleteOldReports(output, c, QStringLiteral("csv"));
+    outcome.path = output + u'/' + ReportBaseName(c, context.captions, context.now) + QStringLiteral(".csv");
+    QStringList headers;
+    for (int column = 0; column < grid.columnCount(); ++column)
+        headers << grid.header(column);
+    QByteArray bytes = EncodeWin1252(CsvLine(headers, grid, order)) + "\r\n";
+    for (const GridRow& row : grid.rows())
+        bytes += EncodeWin1252(CsvLine(row.cells, grid, order)) + "\r\n";
+    outcome.error = WriteFileAtomically(outcome.path, bytes);
+    return outcome;
+}
+
+}  // namespace brindar

@@ -1,0 +1,188 @@
+// The HTML report and the list page against golden pages, and the rules of their cells.
+#include "core/configuration.h"
+#include "core/inifile.h"
+#include "reports/columnorder.h"
+#include "reports/csvreport.h"
+#include "reports/htmlreport.h"
+
+#include "support/tempfolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace brindar;
+using brindar::test::ReadFile;
+using brindar::test::SourceFile;
+using brindar::test::TempFolder;
+
+namespace {
+
+const QDateTime kNow(QDate(2026, 11, 15), QTime(14, 5));
+
+// Document, Title, Revision number, Pages (numeric), Client (a user-defined property).
+ColumnSet Columns()
+{
+    return BuildColumns(IniDocument("[Proprietes]\r\nPages=1\r\nRevision=1\r\nTitre=1\r\n"
+                                    "[Personnelles]\r\ntextPerso2=Client\r\nchkPerso2=1\r\n"),
+                        Captions::English(), true);
+}
+
+// The grid the reports are made of: escapes, numbers by the French rules, a hidden
+// column (Revision), a cell of blanks, sorted by Title.
+GridModel Grid(const Configuration& configuration)
+{
+    GridModel grid(Columns(), configuration);
+    grid.appendRows({
+        {{"a&b.doc", "Tom & \"Jerry\" <2>", "1", "1,5", "  "}, true},
+        {{"notes.txt", "Line\r\nbreak \u2013 dash", "2", "12", "Dupont; fils"}, true},
+        {{"z.pdf", "", "", "", ""}, false},
+    });
+    grid.sortByColumn(1);
+    return grid;
+}
+
+struct Page {
+    TempFolder folder;
+    QString documents;
+    Configuration configuration;
+    Substitutions substitutions;
+    ReportsList list;
+    Captions captions = Captions::English();
+    SystemInfo system{true, QStringLiteral("Debian"), QStringLiteral("marie"), QStringLiteral("atelier")};
+
+    explicit Page(const QByteArray& html)
+    {
+        documents = folder.file(QStringLiteral("My Docs"));
+        QDir().mkpath(documents);
+        folder.write(QStringLiteral("images/back.gif"), "GIF89a-back");
+        folder.write(QStringLiteral("images/logo.png"), "PNG-logo");
+        QByteArray ini = "[Configuration]\r\nLargeur2=0\r\n[HTML]\r\n" + html;
+        ini.replace("IMAGES", folder.file(QStringLiteral("images")).toUtf8());
+        configuration = ReadConfiguration(IniDocument(ini), true);
+    }
+    ReportContext context() const
+    {
+        ReportContext c{configuration, captions, system, substitutions, list};
+        c.now = kNow;
+        c.webdings = true;
+        c.locale = QLocale(QLocale::French, QLocale::France);
+        return c;
+    }
+    // The page with the folder's path made "DIR", CR LF checked and made LF.
+    QString read(const QString& path) const
+    {
+        const QByteArray bytes = ReadFile(path);
+        EXPECT_TRUE(bytes.endsWith("\r\n"));
+        return QString::fromLatin1(bytes).replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(folder.path(), QStringLiteral("DIR"));
+    }
+};
+
+QString Golden(const char* name)
+{
+    return QString::fromLatin1(ReadFile(SourceFile(QStringLiteral("tests/reports/golden/") + QLatin1String(name))));
+}
+
+}  // namespace
+
+TEST(HtmlReport, PageMatchesTheGolden)
+{
+    Page page("PrefixeTableau=Rapport\r\nAjouterDate=1\r\nImagesSuivent=1\r\nImageFond=IMAGES/back.gif\r\n"
+              "ImageEnTete=IMAGES/gone.png\r\nImageDebutTableau=IMAGES/logo.png\r\nCouleurTitre=16711680\r\n"
+              "TexteEnTete=<h2>Made on %Date at %time</h2>\r\nTexteEnTete2=<p>by %USER</p>\r\n"
+              "TextePied=<i>%Computer</i>\r\n");
+    page.list = {{page.documents, QStringLiteral("Projects"), true}};
+    page.substitutions = {{page.folder.path() + QStringLiteral("/MY DOCS"), QStringLiteral("http://server/docs")}};
+    // An older report of the prefix goes; another prefix's report stays.
+    page.folder.write(QStringLiteral("My Docs/Rapport old.html"), "old");
+    page.folder.write(QStringLiteral("My Docs/Other.html"), "other");
+
+    const ReportOutcome outcome =
+        WriteHtmlReport(Grid(page.configuration), NaturalColumnOrder(5), page.documents + u'/', page.context());
+    ASSERT_FALSE(outcome.error) << outcome.error->toStdString();
+    EXPECT_EQ(outcome.path, page.documents + QStringLiteral("/Rapport November 15, 2026 - 14 h 05.html"));
+    EXPECT_EQ(page.read(outcome.path), Golden("report.html"));
+    EXPECT_FALSE(QFile::exists(page.documents + QStringLiteral("/Rapport old.html")));
+    EXPECT_TRUE(QFile::exists(page.documents + QStringLiteral("/Other.html")));
+    EXPECT_EQ(ReadFile(page.documents + QStringLiteral("/Rapport-background.gif")), QByteArray("GIF89a-back"));
+    EXPECT_EQ(ReadFile(page.documents + QStringLiteral("/Rapport-headerReport.png")), QByteArray("PNG-logo"));
+}
+
+TEST(HtmlReport, CellRulesAndEmptyGrids)
+{
+    // 255 gets one "00" only and stays malformed; digits-only values are padded.
+    const std::pair<qint32, const char*> colours[] = {
+        {16711680, "0000FF"}, {255, "FF00"}, {65535, "FFFF00"}, {0x123456, "563412"}, {0x1234, "341200"}};
+    for (const auto& [value, text] : colours)
+        EXPECT_EQ(HeaderColour(value), QLatin1String(text)) << value;
+    EXPECT_EQ(EscapeCellText(QStringLiteral("a\r\nb\u0001c\u2013d&<\">")), QStringLiteral("a b c-d&amp;&lt;&quot;&gt;"));
+
+    Page page("EffacerAnciensTableaux=1\r\n");
+    page.configuration.prefixeTableau.clear();  // the options dialog can leave it empty
+    page.folder.write(QStringLiteral("My Docs/keep.html"), "keep");
+    GridModel empty(Columns(), page.configuration);
+    const ReportOutcome none = WriteHtmlReport(empty, NaturalColumnOrder(5), page.documents, page.context());
+    EXPECT_TRUE(none.nothingToReport);
+    EXPECT_EQ(none.error, QStringLiteral("No file in this directory: no HTML report created"));
+    EXPECT_EQ(WriteCsvReport(empty, NaturalColumnOrder(5), page.documents, page.context()).error,
+              QStringLiteral("No file in this directory: no CSV report created"));
+    // An empty prefix deletes nothing, even with the option on.
+    const ReportOutcome written =
+        WriteHtmlReport(Grid(page.configuration), NaturalColumnOrder(5), page.documents, page.context());
+    EXPECT_EQ(written.path, page.documents + QStringLiteral("/.html"));
+    EXPECT_TRUE(QFile::exists(page.documents + QStringLiteral("/keep.html")));
+
+    // An unwritable target folder: the reason, not a crash.
+    const ReportOutcome failed =
+        WriteHtmlReport(Grid(page.configuration), NaturalColumnOrder(5), page.folder.write(QStringLiteral("plain"), "a file, not a folder") + QStringLiteral("/x"),
+                        page.context());
+    EXPECT_TRUE(failed.error && !failed.nothingToReport);
+}
+
+TEST(CsvReport, FileMatchesTheGolden)
+{
+    Page page("");
+    // The last position of the order is the hidden Revision column: every line ends ";".
+    const ReportOutcome outcome =
+        WriteCsvReport(Grid(page.configuration), QList<int>{0, 1, 3, 4, 2}, page.documents, page.context());
+    ASSERT_FALSE(outcome.error);
+    EXPECT_EQ(outcome.path, page.documents + QStringLiteral("/Brindar.csv"));
+    EXPECT_EQ(page.read(outcome.path), Golden("report.csv"));
+}
+
+TEST(ReportsListPage, PagesWithAndWithoutIndex)
+{
+    struct Row {
+        QByteArray html;
+        const char* golden;
+    };
+    const Row rows[] = {
+        {"IndexListes=1\r\nIndexType=0\r\nImageDebutTableau=IMAGES/logo.png\r\n", "list-numbered.html"},
+        {"IndexListes=1\r\nIndexType=1\r\nTotalDocuments=0\r\nDisplayDirectory=0\r\n", "list-dropdown.html"},
+    };
+    for (const Row& row : rows) {
+        Page page("PathListeTableaux=OUT\r\n" + row.html);
+        const QString out = page.folder.file(QStringLiteral("out"));
+        QDir().mkpath(out);
+        page.configuration.pathListeTableaux = out;
+        QDir().mkpath(page.folder.file(QStringLiteral("second")));
+        // The second entry is inactive and the third folder is gone: numbers 1 and 2,
+        // but the denominator counts every active entry.
+        page.list = {{page.documents, QStringLiteral("Projects"), true},
+                     {page.folder.file(QStringLiteral("second")), page.folder.file(QStringLiteral("second")), false},
+                     {page.folder.file(QStringLiteral("gone")), QStringLiteral("Gone"), true},
+                     {page.folder.file(QStringLiteral("second")), page.folder.file(QStringLiteral("second")), true}};
+        QStringList scanned;
+        const ReportOutcome outcome =
+            WriteReportsListPage(page.list, NaturalColumnOrder(5), page.context(), [&](const QString& directory) {
+                scanned << directory;
+                return Grid(page.configuration);
+            });
+        ASSERT_FALSE(outcome.error);
+        EXPECT_EQ(scanned.size(), 2);
+        EXPECT_EQ(page.read(outcome.path), Golden(row.golden)) << row.golden;
+    }
+    Page empty("");
+    EXPECT_EQ(WriteReportsListPage({}, NaturalColumnOrder(5), empty.context(), {}).error,
+              QStringLiteral("The current reports list is empty"));
+}
