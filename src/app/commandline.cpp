@@ -18,6 +18,17 @@ CommandLine ParseCommandLine(const QStringList& arguments)
     if (first == u"--scan" && arguments.size() == 3) {
         line.command = Command::Scan;
         line.directory = arguments.at(2);
+    } else if (first == u"--report" && arguments.size() == 4
+               && QStringList{QStringLiteral("html"), QStringLiteral("csv"), QStringLiteral("docx")}.contains(arguments.at(2))) {
+        line.command = Command::Report;
+        line.reportKind = arguments.at(2);
+        line.directory = arguments.at(3);
+    } else if (first == u"--report" && arguments.size() == 3 && arguments.at(2) == u"list") {
+        line.command = Command::Report;
+        line.reportKind = arguments.at(2);
+    } else if (first == u"--report") {
+        line.command = Command::Unknown;
+        line.unknownOption = arguments.mid(1).join(u' ');
     } else if (arguments.size() > 2) {
         line.command = Command::Unknown;
         line.unknownOption = arguments.at(2);
@@ -54,6 +65,12 @@ Usage:
                                included) and print the grid as tab-separated UTF-8:
                                the captions, then one line per file; a tab, CR, LF or
                                backslash inside a cell is written \t, \r, \n, \\
+  brindar --report html|csv|docx DIR
+                               scan DIR with the configuration in use and write that
+                               report into DIR (older reports of the prefix go first);
+                               prints the report's path
+  brindar --report list        write the page of the current reports list into the
+                               configuration's PathListeTableaux; prints its path
   brindar --help               print this help
   brindar --version            print the program title and version
 

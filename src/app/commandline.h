@@ -6,12 +6,13 @@
 
 namespace brindar {
 
-enum class Command { Interactive, Help, Version, ShowColumns, Scan, BatchMode, Unknown };
+enum class Command { Interactive, Help, Version, ShowColumns, Scan, Report, BatchMode, Unknown };
 
 struct CommandLine {
     Command command = Command::Interactive;
     QString unknownOption;
-    QString directory;  // --scan
+    QString directory;   // --scan, --report
+    QString reportKind;  // --report: html, csv, docx or list
 };
 
 // A first argument beginning with "--" is a long option and never batch mode.

@@ -1,7 +1,12 @@
 // The brindar program: long options, batch mode, and (later) the window.
 #include "app/commandline.h"
 #include "core/session.h"
+#include "core/configurationfiles.h"
 #include "export/batchmode.h"
+#include "reports/csvreport.h"
+#include "reports/docxreport.h"
+#include "reports/htmlreport.h"
+#include "reports/templatevariables.h"
 #include "platform/directory.h"
 #include "platform/folders.h"
 #include "platform/systeminfo.h"
@@ -10,6 +15,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QTextStream>
 
 using namespace brindar;
@@ -115,6 +121,61 @@ int Scan(const QString& directory, QTextStream& out, QTextStream& err)
     return 0;
 }
 
+// A report from the command line, for scripts: scan, delete older reports of the prefix,
+// write, print the path. Nothing is asked and nothing is opened.
+int Report(const QString& kind, const QString& directory, QTextStream& out, QTextStream& err)
+{
+    const Session session = StartSession(SettingsFolder(), DataFolder(), CurrentSystem());
+    const QString configurationFolder = QFileInfo(session.configurationPath).absolutePath();
+    const Substitutions substitutions =
+        ReadSubstitutions(SubstitutionsPath(configurationFolder, session.chooser.nom));
+    const ReportsList list = ReadReportsList(ReportsListPath(configurationFolder, session.chooser.nom));
+    const ReportContext context{session.configuration, session.captions, session.system, substitutions, list};
+    const QList<int>& order = session.columns.htmlOrder;
+    const auto scan = [&](const QString& folder) {
+        ScanResult result;
+        GridModel grid = ScanIntoGrid(session, folder, &result);
+        for (const QString& message : result.messages)
+            err << message << '\n';
+        return grid;
+    };
+
+    ReportOutcome outcome;
+    if (kind == u"list") {
+        outcome = WriteReportsListPage(list, order, context, scan);
+        // The folders of the list were each shown in turn; the one shown before comes back.
+        SaveOption(session.configurationPath, QStringLiteral("Configuration"), QStringLiteral("Repertoire"),
+                   session.configuration.repertoire);
+    } else {
+        const QString folder = QDir::cleanPath(QDir(directory).absolutePath());
+        if (!QFileInfo(folder).isDir()) {
+            err << session.captions.text(CaptionSection::Main, 76) << ' ' << folder << '\n';
+            return 2;
+        }
+        const GridModel grid = scan(folder);
+        if (kind == u"html") {
+            outcome = WriteHtmlReport(grid, order, folder, context);
+        } else if (kind == u"csv") {
+            outcome = WriteCsvReport(grid, order, folder, context);
+        } else if (grid.rowCount() < 1) {
+            outcome.error = session.captions.text(CaptionSection::Main, 71);
+            outcome.nothingToReport = true;
+        } else {
+            const QString output = ReportOutputDirectory(folder);
+            DeleteOldReports(output, session.configuration, QStringLiteral("docx"));
+            outcome.path = output + u'/' + ReportBaseName(session.configuration, session.captions, context.now)
+                           + QStringLiteral(".docx");
+            outcome.error = WriteDocxReport(outcome.path, ReportDateText(session.captions, context.now.date()), grid, order);
+        }
+    }
+    if (outcome.error) {
+        err << MessageTitle() << ": " << *outcome.error << '\n';
+        return 2;
+    }
+    out << outcome.path << '\n';
+    return 0;
+}
+
 int BatchMode(const QStringList& arguments, QTextStream& err)
 {
     const Session session = StartSession(SettingsFolder(), DataFolder(), CurrentSystem());
@@ -165,6 +226,8 @@ int main(int argc, char* argv[])
         return ShowColumns(out);
     case Command::Scan:
         return Scan(line.directory, out, err);
+    case Command::Report:
+        return Report(line.reportKind, line.directory, out, err);
     case Command::BatchMode:
         return BatchMode(QCoreApplication::arguments(), err);
     case Command::Unknown:
