@@ -76,11 +76,30 @@ QStringList FooterImageAndText(const QString& outputDirectory, const ReportConte
 
 QString JoinPath(const QString& folder, const QString& name) { return folder + u'/' + name; }
 
+// The page's text in Windows-1252; a character that code page lacks (a name in another
+// script) is written as a character reference, which every browser shows as it was.
+QByteArray PageBytes(const QString& line)
+{
+    if (FitsWin1252(line))
+        return EncodeWin1252(line);
+    QString referenced;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        const bool pair = line[i].isHighSurrogate() && i + 1 < line.size() && line[i + 1].isLowSurrogate();
+        const QStringView one = QStringView(line).sliced(i, pair ? 2 : 1);
+        if (FitsWin1252(one))
+            referenced += one;
+        else
+            referenced += QStringLiteral("&#%1;").arg(pair ? QChar::surrogateToUcs4(line[i], line[i + 1]) : line[i].unicode());
+        i += pair ? 1 : 0;
+    }
+    return EncodeWin1252(referenced);
+}
+
 std::optional<QString> WriteLines(const QString& path, const QStringList& lines)
 {
     QByteArray bytes;
     for (const QString& line : lines) {
-        bytes += EncodeWin1252(line);
+        bytes += PageBytes(line);
         bytes += "\r\n";
     }
     return WriteFileAtomically(path, bytes);

@@ -35,7 +35,7 @@ GridModel Grid(const Configuration& configuration)
     GridModel grid(Columns(), configuration);
     grid.appendRows({
         {{"a&b.doc", "Tom & \"Jerry\" <2>", "1", "1,5", "  "}, true},
-        {{"notes.txt", "Line\r\nbreak \u2013 dash", "2", "12", "Dupont; fils"}, true},
+        {{"notes.txt", "Line\r\nbreak \u2013 dash", "2", "12", "Dupont; fils \u65E5\U0001F600"}, true},
         {{"z.pdf", "", "", "", ""}, false},
     });
     grid.sortByColumn(1);
