@@ -71,11 +71,6 @@ QString Element(QStringView name, const QString& text)
 
 QString TwoDigits(qint64 n) { return n < 10 ? u'0' + QString::number(n) : QString::number(n); }
 
-QString OfficeDate(const QDateTime& utc, bool localTime)
-{
-    return GridDate(utc, localTime);
-}
-
 // "02:05" from 125 minutes, "25:00" from 1,500.
 QString TotalEditText(qint64 minutes)
 {
@@ -353,7 +348,7 @@ QString XmlExport::officeBlock(const QString& fullPath, const FolderEntry& entry
     }
 
     const auto date = [&](const std::optional<QDateTime>& value) {
-        return value && value->isValid() ? OfficeDate(*value, options_.localTime) : QString();
+        return value && value->isValid() ? GridDate(*value, options_.localTime) : QString();
     };
     writeLine(QStringLiteral("<datetime>"));
     QString creation = date(office.created());

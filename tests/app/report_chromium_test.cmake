@@ -8,6 +8,8 @@ foreach(variable PROGRAM WORK)
   endif()
 endforeach()
 
+include(${CMAKE_CURRENT_LIST_DIR}/chromium.cmake)
+
 file(REMOVE_RECURSE "${WORK}")
 set(home "${WORK}/home")
 file(MAKE_DIRECTORY "${home}" "${WORK}/lists" "${WORK}/cache")
@@ -37,13 +39,6 @@ function(report kind)
   set(written "${path}" PARENT_SCOPE)
 endfunction()
 
-function(count_matches pattern text expected what)
-  string(REGEX MATCHALL "${pattern}" found "${text}")
-  list(LENGTH found count)
-  if(NOT count EQUAL expected)
-    message(FATAL_ERROR "${what}: ${count} found, ${expected} expected\n${text}")
-  endif()
-endfunction()
 
 report(html "${WORK}/one")
 set(single "${written}")
@@ -77,24 +72,7 @@ if(NOT code EQUAL 2 OR NOT err MATCHES "The current reports list is empty")
   message(FATAL_ERROR "--report list with an empty list: exit ${code}\n${err}")
 endif()
 
-find_program(chromium NAMES chromium chromium-browser)
-if(NOT chromium)
-  message("SKIPPED: chromium is not installed")
-  return()
-endif()
-function(dom page)
-  execute_process(
-    COMMAND ${chromium} --headless --no-sandbox --disable-gpu --no-first-run --disable-background-networking
-            --disable-component-update --disable-sync --disable-quic "--user-data-dir=${WORK}/chromium-profile"
-            --dump-dom "file://${page}"
-    RESULT_VARIABLE code OUTPUT_VARIABLE out ERROR_VARIABLE err TIMEOUT 180)
-  if(NOT code EQUAL 0)
-    message(FATAL_ERROR "chromium on ${page}: exit ${code}\n${err}")
-  endif()
-  set(shown "${out}" PARENT_SCOPE)
-endfunction()
-
-dom("${single}")
+chromium_dom("${single}")
 count_matches("<table" "${shown}" 1 "tables of the HTML report")
 count_matches("<tr>" "${shown}" 4 "rows of the HTML report (header and three files)")
 # The title read from the page is escaped in its cell and shown as text.
@@ -103,7 +81,7 @@ if(at EQUAL -1)
   message(FATAL_ERROR "the escaped title is not shown:\n${shown}")
 endif()
 
-dom("${list_page}")
+chromium_dom("${list_page}")
 count_matches("<table" "${shown}" 2 "tables of the list page")
 # Folder one now holds its HTML report too: 1 + 4 rows, then 1 + 2 for folder two.
 count_matches("<tr>" "${shown}" 8 "rows of the list page (a header and the files of each folder)")

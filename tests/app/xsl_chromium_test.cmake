@@ -8,6 +8,8 @@ foreach(variable PROGRAM STYLESHEET WORK)
   endif()
 endforeach()
 
+include(${CMAKE_CURRENT_LIST_DIR}/chromium.cmake)
+
 set(tree "${WORK}/tree")
 file(REMOVE_RECURSE "${tree}" "${WORK}/home" "${WORK}/chromium-profile"
      "${WORK}/export.xml" "${WORK}/export.htm" "${WORK}/export.svg")
@@ -29,13 +31,6 @@ function(expect text where what)
   endif()
 endfunction()
 
-function(count_matches pattern text expected what)
-  string(REGEX MATCHALL "${pattern}" found "${text}")
-  list(LENGTH found count)
-  if(NOT count EQUAL expected)
-    message(FATAL_ERROR "${what}: ${count} found, ${expected} expected")
-  endif()
-endfunction()
 
 function(run_batch stylesheet output)
   execute_process(
@@ -61,20 +56,8 @@ if(DEFINED CHART)
   count_matches("<g class=\"dir\"" "${chart}" ${expected_folders} "folder rows in the chart")
 endif()
 
-find_program(chromium NAMES chromium chromium-browser)
-if(NOT chromium)
-  message("SKIPPED: chromium is not installed")
-  return()
-endif()
-# A profile of its own, so nothing is written to the user's; no sandbox, because the
-# tests may run as root.
-execute_process(
-  COMMAND ${chromium} --headless --no-sandbox --disable-gpu --no-first-run
-          "--user-data-dir=${WORK}/chromium-profile" --dump-dom "file://${WORK}/export.htm"
-  RESULT_VARIABLE code OUTPUT_VARIABLE dom ERROR_VARIABLE err TIMEOUT 180)
-if(NOT code EQUAL 0)
-  message(FATAL_ERROR "chromium: exit ${code}\n${err}")
-endif()
+chromium_dom("${WORK}/export.htm")
+set(dom "${shown}")
 count_matches("<tr class=\"file\"" "${dom}" ${expected_files} "file rows in the page Chromium shows")
 count_matches("<section class=\"dir\"" "${dom}" ${expected_folders} "folder sections in the page Chromium shows")
 # The export is Windows-1252 and the page UTF-8: the accented name must survive both.
