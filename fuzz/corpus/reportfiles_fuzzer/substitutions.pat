@@ -1,0 +1,3 @@
+"/home/me/docs","http://server/docs"
+"/data","Z:/data"
+"unterminated,x
