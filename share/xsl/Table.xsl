@@ -37,6 +37,7 @@ th { background: #2f5f8f; color: #fff; text-align: left; padding: .35em .5em; po
 td { border-bottom: 1px solid #dde3e9; padding: .3em .5em; vertical-align: top; overflow-wrap: anywhere; }
 tr.file:nth-child(even) { background: #f5f7fa; }
 td.num, td.date { white-space: nowrap; }
+td.name { overflow-wrap: break-word; min-width: 9em; }
 td.num { text-align: right; }
 a { color: #1a4f8a; }
 ul.other { list-style: none; margin: 0; padding: 0; color: #444; }
@@ -138,7 +139,7 @@ footer { margin-top: 2em; color: #888; font-size: .8em; }
 
 <xsl:template match="file">
   <!-- The values of the columns, from whichever family the file carries. -->
-  <xsl:variable name="title" select="(summary/title | pdf/title | html/title | iptc/objectname)[normalize-space()]"/>
+  <xsl:variable name="title" select="(summary/title | pdf/title | html/title | iptc/objectname | iptc/headline)[normalize-space()]"/>
   <xsl:variable name="author" select="(summary/author | pdf/author | html/creator | iptc/byline)[normalize-space()]"/>
   <xsl:variable name="subject" select="(summary/subject | pdf/subject | html/subject | iptc/caption)[normalize-space()]"/>
   <xsl:variable name="keywords" select="(summary/keywords | pdf/keywords | html/subject.keywords | iptc/keyword)[normalize-space()]"/>
