@@ -6,7 +6,6 @@
 #include "reports/csvreport.h"
 #include "reports/docxreport.h"
 #include "reports/htmlreport.h"
-#include "reports/templatevariables.h"
 #include "platform/directory.h"
 #include "platform/folders.h"
 #include "platform/systeminfo.h"
@@ -157,15 +156,8 @@ int Report(const QString& kind, const QString& directory, QTextStream& out, QTex
             outcome = WriteHtmlReport(grid, order, folder, context);
         } else if (kind == u"csv") {
             outcome = WriteCsvReport(grid, order, folder, context);
-        } else if (grid.rowCount() < 1) {
-            outcome.error = session.captions.text(CaptionSection::Main, 71);
-            outcome.nothingToReport = true;
         } else {
-            const QString output = ReportOutputDirectory(folder);
-            DeleteOldReports(output, session.configuration, QStringLiteral("docx"));
-            outcome.path = output + u'/' + ReportBaseName(session.configuration, session.captions, context.now)
-                           + QStringLiteral(".docx");
-            outcome.error = WriteDocxReport(outcome.path, ReportDateText(session.captions, context.now.date()), grid, order);
+            outcome = WriteWordReport(grid, order, folder, context);
         }
     }
     if (outcome.error) {

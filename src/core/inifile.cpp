@@ -2,23 +2,12 @@
 #include "core/inifile.h"
 
 #include "core/atomicfile.h"
+#include "core/settingstext.h"
 
 #include <QFile>
 
 namespace brindar {
 namespace {
-
-bool IsBlank(QChar c) { return c == u' ' || c == u'\t'; }
-
-QStringView TrimBlanksAndTabs(QStringView s)
-{
-    qsizetype begin = 0, end = s.size();
-    while (begin < end && IsBlank(s[begin]))
-        ++begin;
-    while (end > begin && IsBlank(s[end - 1]))
-        --end;
-    return s.sliced(begin, end - begin);
-}
 
 // "[name]" with blanks allowed around it and around the name.
 std::optional<QString> SectionName(QStringView line)

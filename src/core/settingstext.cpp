@@ -78,4 +78,16 @@ QByteArray EncodeSettingsText(const QString& text, SettingsEncoding encoding)
     return text.toUtf8();
 }
 
+bool IsBlankOrTab(QChar c) { return c == u' ' || c == u'\t'; }
+
+QStringView TrimBlanksAndTabs(QStringView text)
+{
+    qsizetype begin = 0, end = text.size();
+    while (begin < end && IsBlankOrTab(text[begin]))
+        ++begin;
+    while (end > begin && IsBlankOrTab(text[end - 1]))
+        --end;
+    return text.sliced(begin, end - begin);
+}
+
 }  // namespace brindar

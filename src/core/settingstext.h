@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringView>
 
 namespace brindar {
 
@@ -20,5 +21,10 @@ SettingsText DecodeSettingsText(const QByteArray& bytes);
 // Bytes for a file that was read as `encoding`: a Windows-1252 file stays so unless the
 // text needs a character that code page lacks; then the whole file becomes UTF-8.
 QByteArray EncodeSettingsText(const QString& text, SettingsEncoding encoding);
+
+// Blanks and tabs removed at both ends, as settings files and the list files that go
+// with them are read.
+bool IsBlankOrTab(QChar c);
+QStringView TrimBlanksAndTabs(QStringView text);
 
 }  // namespace brindar

@@ -39,14 +39,4 @@ std::optional<QString> WriteColumnOrder(const QString& configurationPath, const 
     return WriteFileAtomically(configurationPath, document->toBytes());
 }
 
-void MoveColumn(QList<int>& order, int index, int step)
-{
-    if ((step != -1 && step != 1) || index < 0 || index >= order.size())
-        return;
-    const int other = index + step;
-    if (other < 0 || other >= order.size())
-        return;
-    order.swapItemsAt(index, other);
-}
-
 }  // namespace brindar

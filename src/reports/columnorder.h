@@ -15,8 +15,17 @@ QList<int> NaturalColumnOrder(int count);
 // ReadColumnOrder (core/columnbuilder.h).
 std::optional<QString> WriteColumnOrder(const QString& configurationPath, const QList<int>& order);
 
-// The order dialog's moves: swaps position `index` with the one above (-1) or below (+1);
-// nothing at either end.
-void MoveColumn(QList<int>& order, int index, int step);
+// The list editors' "Move up" (-1) and "Move down" (+1): swaps item `index` with its
+// neighbour; nothing at either end, nothing for any other step.
+template <typename T>
+void MoveItem(QList<T>& list, int index, int step)
+{
+    const qsizetype other = qsizetype(index) + step;
+    if ((step == -1 || step == 1) && index >= 0 && index < list.size() && other >= 0 && other < list.size())
+        list.swapItemsAt(index, other);
+}
+
+// The order dialog's moves.
+inline void MoveColumn(QList<int>& order, int index, int step) { MoveItem(order, index, step); }
 
 }  // namespace brindar

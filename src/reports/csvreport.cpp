@@ -3,7 +3,6 @@
 
 #include "core/atomicfile.h"
 #include "core/codepage.h"
-#include "reports/templatevariables.h"
 
 namespace brindar {
 
@@ -28,16 +27,9 @@ QString CsvLine(const QStringList& cells, const GridModel& grid, const QList<int
 ReportOutcome WriteCsvReport(const GridModel& grid, const QList<int>& order, const QString& directory,
                              const ReportContext& context)
 {
-    const Configuration& c = context.configuration;
-    ReportOutcome outcome;
-    if (grid.rowCount() < 1) {
-        outcome.error = context.captions.text(CaptionSection::Main, 65);
-        outcome.nothingToReport = true;
+    ReportOutcome outcome = BeginReport(grid, directory, context, 65, QStringLiteral("csv"));
+    if (outcome.error)
         return outcome;
-    }
-    const QString output = ReportOutputDirectory(directory);
-    DeleteOldReports(output, c, QStringLiteral("csv"));
-    outcome.path = output + u'/' + ReportBaseName(c, context.captions, context.now) + QStringLiteral(".csv");
     QStringList headers;
     for (int column = 0; column < grid.columnCount(); ++column)
         headers << grid.header(column);

@@ -2,6 +2,7 @@
 #include "reports/docxreport.h"
 
 #include "platform/filereplace.h"
+#include "reports/templatevariables.h"
 
 #include <QDateTime>
 #include <zip.h>
@@ -373,4 +374,15 @@ std::optional<QString> WriteDocxReport(const QString& path, const QString& title
     return ReplaceFile(path, [&](QFile& file) { return file.write(zipBytes) == zipBytes.size(); });
 }
 
+ReportOutcome WriteWordReport(const GridModel& grid, const QList<int>& order, const QString& directory,
+                              const ReportContext& context)
+{
+    ReportOutcome outcome = BeginReport(grid, directory, context, 71, QStringLiteral("docx"));
+    if (!outcome.error)
+        outcome.error =
+            WriteDocxReport(outcome.path, ReportDateText(context.captions, context.now.date()), grid, order);
+    return outcome;
+}
+
 }  // namespace brindar
+

@@ -1,6 +1,7 @@
 // The word-processor report: the grid as a table of an Office Open XML document.
 #pragma once
 
+#include "reports/htmlreport.h"
 #include "scan/gridmodel.h"
 
 #include <QList>
@@ -17,5 +18,10 @@ namespace brindar {
 inline constexpr int kPortraitColumns = 6;
 std::optional<QString> WriteDocxReport(const QString& path, const QString& title, const GridModel& grid,
                                        const QList<int>& order);
+
+// The word-processor report of the grid of `directory`, written into that folder as
+// "<PrefixeTableau>[ <date> - <time>].docx", titled with the report date text.
+ReportOutcome WriteWordReport(const GridModel& grid, const QList<int>& order, const QString& directory,
+                              const ReportContext& context);
 
 }  // namespace brindar

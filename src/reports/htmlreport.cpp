@@ -191,19 +191,30 @@ QStringList ReportTableLines(const GridModel& grid, const QList<int>& order, con
     return lines;
 }
 
-ReportOutcome WriteHtmlReport(const GridModel& grid, const QList<int>& order, const QString& directory,
-                              const ReportContext& context)
+ReportOutcome BeginReport(const GridModel& grid, const QString& directory, const ReportContext& context,
+                          int noFileMessage, const QString& extension)
 {
-    const Configuration& c = context.configuration;
     ReportOutcome outcome;
     if (grid.rowCount() < 1) {
-        outcome.error = context.captions.text(CaptionSection::Main, 80);
+        outcome.error = context.captions.text(CaptionSection::Main, noFileMessage);
         outcome.nothingToReport = true;
         return outcome;
     }
     const QString output = ReportOutputDirectory(directory);
-    DeleteOldReports(output, c, QStringLiteral("html"));
-    outcome.path = JoinPath(output, ReportBaseName(c, context.captions, context.now) + QStringLiteral(".html"));
+    DeleteOldReports(output, context.configuration, extension);
+    outcome.path =
+        JoinPath(output, ReportBaseName(context.configuration, context.captions, context.now) + u'.' + extension);
+    return outcome;
+}
+
+ReportOutcome WriteHtmlReport(const GridModel& grid, const QList<int>& order, const QString& directory,
+                              const ReportContext& context)
+{
+    const Configuration& c = context.configuration;
+    ReportOutcome outcome = BeginReport(grid, directory, context, 80, QStringLiteral("html"));
+    if (outcome.error)
+        return outcome;
+    const QString output = ReportOutputDirectory(directory);
 
     QStringList lines{QStringLiteral("<html>"), QStringLiteral("<head>"),
                       QStringLiteral("<title>%1</title>").arg(context.captions.text(CaptionSection::Main, 82)),

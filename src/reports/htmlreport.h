@@ -56,6 +56,12 @@ QString EscapeCellText(QString text);
 QStringList ReportTableLines(const GridModel& grid, const QList<int>& order, const QString& outputDirectory,
                              const ReportContext& context);
 
+// What every report of one folder does first: with no file in the grid, the outcome
+// carries the caption `noFileMessage` of [Main]; else the older reports of the prefix
+// with this extension are deleted and the path "<folder>/<base name>.<extension>" chosen.
+ReportOutcome BeginReport(const GridModel& grid, const QString& directory, const ReportContext& context,
+                          int noFileMessage, const QString& extension);
+
 // The HTML report of the grid of `directory`, written into that folder:
 // "<PrefixeTableau>[ <date> - <time>].html". Older reports of the prefix go first.
 ReportOutcome WriteHtmlReport(const GridModel& grid, const QList<int>& order, const QString& directory,

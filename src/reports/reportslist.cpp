@@ -3,6 +3,7 @@
 #include "reports/reportslist.h"
 
 #include "platform/fileinfo.h"
+#include "reports/columnorder.h"
 #include "reports/substitutions.h"
 
 #include <QDir>
@@ -83,12 +84,7 @@ bool RemoveCurrentDirectory(ReportsList& list, const QString& directory)
 
 void MoveReport(ReportsList& list, int index, int step)
 {
-    if ((step != -1 && step != 1) || index < 0 || index >= list.size())
-        return;
-    const int other = index + step;
-    if (other < 0 || other >= list.size())
-        return;
-    list.swapItemsAt(index, other);
+    MoveItem(list, index, step);
 }
 
 std::optional<QString> AddDirectories(ReportsList& list, const QString& directory, bool subdirectories,

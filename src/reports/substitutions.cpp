@@ -2,26 +2,14 @@
 #include "reports/substitutions.h"
 
 #include "core/atomicfile.h"
-#include "core/settingstext.h"
 #include "core/codepage.h"
+#include "core/settingstext.h"
 
 #include <QFile>
 #include <cmath>
 
 namespace brindar {
 namespace {
-
-bool IsBlank(QChar c) { return c == u' ' || c == u'\t'; }
-
-QStringView TrimBlanks(QStringView text)
-{
-    qsizetype begin = 0, end = text.size();
-    while (begin < end && IsBlank(text[begin]))
-        ++begin;
-    while (end > begin && IsBlank(text[end - 1]))
-        --end;
-    return text.sliced(begin, end - begin);
-}
 
 int IndexOfPath(const Substitutions& list, const QString& path)
 {
@@ -56,7 +44,7 @@ QStringList InputSequentialFields(QStringView line)
     qsizetype at = 0;
     const qsizetype end = line.size();
     while (true) {
-        while (at < end && IsBlank(line[at]))
+        while (at < end && IsBlankOrTab(line[at]))
             ++at;
         if (at < end && line[at] == u'"') {
             const qsizetype close = line.indexOf(u'"', at + 1);
@@ -72,7 +60,7 @@ QStringList InputSequentialFields(QStringView line)
         } else {
             const qsizetype comma = line.indexOf(u',', at);
             const qsizetype stop = comma < 0 ? end : comma;
-            fields.append(TrimBlanks(line.sliced(at, stop - at)).toString());
+            fields.append(TrimBlanksAndTabs(line.sliced(at, stop - at)).toString());
             if (comma < 0)
                 return fields;
             at = comma + 1;
@@ -82,7 +70,7 @@ QStringList InputSequentialFields(QStringView line)
 
 std::optional<bool> InputSequentialBoolean(const QString& field)
 {
-    const QString text = TrimBlanks(field).toString();
+    const QString text = TrimBlanksAndTabs(field).toString();
     if (text.compare(u"#TRUE#", Qt::CaseInsensitive) == 0 || text.compare(u"True", Qt::CaseInsensitive) == 0)
         return true;
     if (text.compare(u"#FALSE#", Qt::CaseInsensitive) == 0 || text.compare(u"False", Qt::CaseInsensitive) == 0)
@@ -109,7 +97,7 @@ QList<QStringList> ReadSequentialFile(const QString& path)
         while (stop < text.size() && text[stop] != u'\r' && text[stop] != u'\n')
             ++stop;
         const QStringView line = QStringView(text).sliced(start, stop - start);
-        if (!TrimBlanks(line).isEmpty())
+        if (!TrimBlanksAndTabs(line).isEmpty())
             lines.append(InputSequentialFields(line));
         start = stop;
         if (start < text.size() && text[start] == u'\r')
@@ -164,7 +152,7 @@ std::optional<QString> AddSubstitution(Substitutions& list, const QString& path,
                                        const Captions& captions)
 {
     // A path of blanks only is no path either: it would match nothing useful.
-    if (TrimBlanks(path).isEmpty())
+    if (TrimBlanksAndTabs(path).isEmpty())
         return captions.text(CaptionSection::Hypertext, 11);
     if (IndexOfPath(list, path) >= 0)
         return captions.text(CaptionSection::Hypertext, 12);
