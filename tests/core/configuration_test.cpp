@@ -8,77 +8,47 @@
 
 using namespace brindar;
 
-namespace {
-
-Configuration Read(const QByteArray& text, bool nt = true)
-{
-    return ReadConfiguration(IniDocument(text), nt);
-}
-
-}  // namespace
-
-TEST(Configuration, OnlyInclureToutZeroLeavesEveryOtherDefault)
-{
-    const Configuration c = Read("[Configuration]\r\nInclureTout=0\r\n");
-    EXPECT_FALSE(c.inclureTout);
-    EXPECT_TRUE(c.inclureCaches);
-    EXPECT_EQ(c.couleurSurlignage, kSystemHighlightColour);
-    EXPECT_EQ(c.couleurSurlignage, -2147483635);
-    EXPECT_EQ(c.lignesTexte, 1);
-    EXPECT_EQ(c.langue, u"English");
-    EXPECT_EQ(c.prefixeTableau, u"Brindar");
-    EXPECT_EQ(c.couleurTitre, 65535);
-    EXPECT_FALSE(c.inclureOffice);
-    EXPECT_TRUE(c.indexListes);
-    EXPECT_FALSE(c.sort.has_value());
-}
+static Configuration Read(const QByteArray& text, bool nt = true) { return ReadConfiguration(IniDocument(text), nt); }
 
 TEST(Configuration, BooleansFollowTheirOwnRules)
 {
-    struct Row { const char* line; bool Configuration::*member; bool expected; };
-    const Row rows[] = {
-        {"InclureTout=yes", &Configuration::inclureTout, false},
+    const struct { const char* line; bool Configuration::*member; bool expected; } rows[] = {
+        {"InclureTout=yes", &Configuration::inclureTout, false},  // present: anything but "1" turns it off
         {"InclureTout=1", &Configuration::inclureTout, true},
         {"InclureTout=", &Configuration::inclureTout, true},
-        {"InclureTout=1 ", &Configuration::inclureTout, true},  // blanks around values are dropped
-        {"InclureCaches=no", &Configuration::inclureCaches, true},
+        {"InclureCaches=no", &Configuration::inclureCaches, true},  // only "0" turns it off
         {"InclureCaches=0", &Configuration::inclureCaches, false},
-        {"InclurePDF=true", &Configuration::inclurePdf, false},
-        {"InclurePDF=1", &Configuration::inclurePdf, true},
-        // The loader can set these three on, never off.
-        {"ToolTips=0", &Configuration::toolTips, true},
-        {"Contextuel=0", &Configuration::contextuel, true},
-        {"LocalTime=1", &Configuration::localTime, true},
+        {"InclurePDF=true", &Configuration::inclurePdf, false},  // only "1" turns it on
         {"UseNTFSCache=1", &Configuration::useNtfsCache, true},
+        {"ToolTips=0", &Configuration::toolTips, true},  // the loader can set it on, never off
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         EXPECT_EQ(Read(QByteArray("[Configuration]\r\n") + row.line).*(row.member), row.expected) << row.line;
-    EXPECT_TRUE(Read("[HTML]\r\nEffacerAnciensTableaux=0\r\n").effacerAnciensTableaux);
-    EXPECT_FALSE(Read("[HTML]\r\nIndexType=0\r\n").indexType);
     // Off the NT platform the metadata cache is never used.
     EXPECT_FALSE(Read("[Configuration]\r\nUseNTFSCache=1\r\n", false).useNtfsCache);
 }
 
 TEST(Configuration, NumbersColoursAndLists)
 {
-    struct Row { const char* text; qint64 number; };
-    const Row numbers[] = {
-        {"12", 12}, {"  12abc", 12}, {"-5", -5}, {"+7", 7}, {"abc", 0}, {"", 0},
-        {"-2147483635", -2147483635LL}, {"99999999999999999999999", 999999999999999999LL},
+    const struct { const char* text; qint64 number; } numbers[] = {
+        {"  12abc", 12}, {"-5", -5}, {"+7", 7}, {"abc", 0}, {"", 0}, {"99999999999999999999999", 999999999999999999LL},
     };
-    for (const Row& row : numbers)
+    for (const auto& row : numbers)
         EXPECT_EQ(LeadingNumber(QLatin1String(row.text)), row.number) << row.text;
-
-    struct Lines { const char* value; int lines; };
-    for (const Lines& row : {Lines{"7", 1}, Lines{"0", 1}, Lines{"3", 3}, Lines{"4 lines", 4}, Lines{"-2", 1}, Lines{"x", 1}})
+    // One to five lines of text, else one.
+    const struct { const char* value; int lines; } lines[] = {{"6", 1}, {"0", 1}, {"5 lines", 5}, {"x", 1}};
+    for (const auto& row : lines)
         EXPECT_EQ(Read(QByteArray("[Configuration]\nLignesTexte=") + row.value).lignesTexte, row.lines) << row.value;
 
-    const Configuration c = Read("[Configuration]\n"
-                                 "CouleurSurlignage=255\n"
-                                 "ExtensionsSelected= doc , xls,pdf \n"
-                                 "Largeur0=2500\nLargeur3=0\nLargeur7=wide\n"
-                                 "Sort=2\nUp=1\n"
-                                 "[HTML]\nCouleurTitre=4294967295\n"
+    const Configuration defaults = Read("");
+    EXPECT_EQ(defaults.couleurSurlignage, -2147483635);  // the system highlight colour
+    EXPECT_EQ(defaults.couleurTitre, 65535);
+    EXPECT_EQ(defaults.langue, u"English");
+    EXPECT_EQ(defaults.prefixeTableau, u"Brindar");
+    EXPECT_FALSE(defaults.sort.has_value());
+
+    const Configuration c = Read("[Configuration]\nCouleurSurlignage=255\nExtensionsSelected= doc , xls,pdf \n"
+                                 "Largeur0=2500\nLargeur3=0\nLargeur7=wide\nSort=2\nUp=1\n[HTML]\nCouleurTitre=4294967295\n"
                                  "ImageEnTete=images/logo.final.PNG\nImagePied=noextension\n");
     EXPECT_EQ(c.couleurSurlignage, 255);
     EXPECT_EQ(c.couleurTitre, -1);  // a 32-bit colour word
@@ -92,9 +62,8 @@ TEST(Configuration, NumbersColoursAndLists)
 
 TEST(Configuration, AMissingFolderOfListsOfReportsIsIgnored)
 {
-    brindar::test::TempFolder folder;
-    const QByteArray existing = "[HTML]\nPathListeTableaux=" + folder.path().toUtf8();
-    EXPECT_EQ(Read(existing).pathListeTableaux, folder.path());
+    const brindar::test::TempFolder folder;
+    EXPECT_EQ(Read("[HTML]\nPathListeTableaux=" + folder.path().toUtf8()).pathListeTableaux, folder.path());
     EXPECT_EQ(Read("[HTML]\nPathListeTableaux=/no/such/folder").pathListeTableaux, QString());
 }
 

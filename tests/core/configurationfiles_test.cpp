@@ -8,78 +8,65 @@
 #include <gtest/gtest.h>
 
 using namespace brindar;
+using namespace Qt::StringLiterals;
 using brindar::test::TempFolder;
-
-TEST(ConfigurationFiles, NamesWithForbiddenCharactersAreRefused)
-{
-    for (const char* name : {"a\\b", "a/b", "a:b", "a*b", "a?b", "a\"b", "a<b", "a>b", "a|b"})
-        EXPECT_TRUE(HasForbiddenCharacters(QLatin1String(name))) << name;
-    for (const char* name : {"Brindar", "Photos 2026", "été", "a.b"})
-        EXPECT_FALSE(HasForbiddenCharacters(QString::fromUtf8(name))) << name;
-}
 
 TEST(ConfigurationFiles, ListCreateSelectRemove)
 {
+    for (QChar c : u"\\/:*?\"<>|"_s)
+        EXPECT_TRUE(HasForbiddenCharacters(u"a"_s + c)) << int(c.unicode());
+    EXPECT_FALSE(HasForbiddenCharacters(u"Photos 2026 \u00E9t\u00E9.b"_s));
+    EXPECT_EQ(ReportsListPath(u"/s"_s, u"Photos"_s), u"/s/Photos.txt");
+    EXPECT_EQ(SubstitutionsPath(u"/s"_s, u"Photos"_s), u"/s/Photos.pat");
+
     TempFolder folder;
-    folder.write(QStringLiteral("choixconfiguration.INI"), "[Configuration]\r\nNom=Photos\r\n");
-    folder.write(QStringLiteral("Photos.ini"), "[Configuration]\r\nRepertoire=/home/me/Photos\r\n");
-    folder.write(QStringLiteral("Brindar.ini"), "");
-    folder.write(QStringLiteral("Photos.txt"), "");
-    folder.write(QStringLiteral("Language/French.lng"), "");
+    folder.write(u"choixconfiguration.INI"_s, "[Configuration]\r\nNom=Photos\r\n");
+    folder.write(u"Photos.ini"_s, "[Configuration]\r\nRepertoire=/home/me/Photos\r\n");
+    folder.write(u"Brindar.ini"_s, "");
+    folder.write(u"Photos.txt"_s, "");
+    EXPECT_EQ(ListConfigurations(folder.path()), (QStringList{u"Brindar"_s, u"Photos"_s}));
+    EXPECT_FALSE(ConfigurationDirectory(folder.path(), u"Missing"_s).has_value());
 
-    EXPECT_EQ(ListConfigurations(folder.path()), (QStringList{QStringLiteral("Brindar"), QStringLiteral("Photos")}));
-    EXPECT_EQ(ConfigurationDirectory(folder.path(), QStringLiteral("Photos")), QStringLiteral("/home/me/Photos"));
-    EXPECT_FALSE(ConfigurationDirectory(folder.path(), QStringLiteral("Missing")).has_value());
-
-    EXPECT_FALSE(CreateConfiguration(folder.path(), QStringLiteral("Archives")));
-    EXPECT_TRUE(QFileInfo::exists(folder.file(QStringLiteral("Archives.ini"))));
-    EXPECT_TRUE(CreateConfiguration(folder.path(), QStringLiteral("bad:name")).has_value());
-    EXPECT_TRUE(CreateConfiguration(folder.path(), QStringLiteral(" ")).has_value());
+    EXPECT_FALSE(CreateConfiguration(folder.path(), u"Archives"_s));
+    EXPECT_TRUE(QFileInfo::exists(folder.file(u"Archives.ini"_s)));
+    EXPECT_TRUE(CreateConfiguration(folder.path(), u"bad:name"_s).has_value());
+    EXPECT_TRUE(CreateConfiguration(folder.path(), u" "_s).has_value());
     // Creating an existing configuration keeps its settings.
-    EXPECT_FALSE(CreateConfiguration(folder.path(), QStringLiteral("Photos")));
-    EXPECT_EQ(ConfigurationDirectory(folder.path(), QStringLiteral("Photos")), QStringLiteral("/home/me/Photos"));
+    EXPECT_FALSE(CreateConfiguration(folder.path(), u"Photos"_s));
+    EXPECT_EQ(ConfigurationDirectory(folder.path(), u"Photos"_s), u"/home/me/Photos"_s);
 
-    const QString chooser = folder.file(QStringLiteral("ChoixConfiguration.ini"));
-    EXPECT_FALSE(SelectConfiguration(folder.path(), QStringLiteral("Archives")));
-    EXPECT_EQ(IniDocument::Load(chooser).value(QStringLiteral("Configuration"), QStringLiteral("Nom")), u"Archives");
-
-    // Removing another configuration leaves the one in use.
-    EXPECT_FALSE(RemoveConfiguration(folder.path(), QStringLiteral("Photos"), QStringLiteral("Archives")));
-    EXPECT_FALSE(QFileInfo::exists(folder.file(QStringLiteral("Photos.ini"))));
-    EXPECT_EQ(IniDocument::Load(chooser).value(QStringLiteral("Configuration"), QStringLiteral("Nom")), u"Archives");
-    // Removing the one in use brings back the default name.
-    EXPECT_FALSE(RemoveConfiguration(folder.path(), QStringLiteral("Archives"), QStringLiteral("Archives")));
-    EXPECT_EQ(IniDocument::Load(chooser).value(QStringLiteral("Configuration"), QStringLiteral("Nom")), u"Brindar");
-}
-
-TEST(ConfigurationFiles, CompanionsShareTheBaseName)
-{
-    EXPECT_EQ(ConfigurationPath(QStringLiteral("/s"), QStringLiteral("Photos")), u"/s/Photos.ini");
-    EXPECT_EQ(ReportsListPath(QStringLiteral("/s"), QStringLiteral("Photos")), u"/s/Photos.txt");
-    EXPECT_EQ(SubstitutionsPath(QStringLiteral("/s"), QStringLiteral("Photos")), u"/s/Photos.pat");
+    const QString chooser = folder.file(u"ChoixConfiguration.ini"_s);
+    auto chosen = [&] { return IniDocument::Load(chooser).value(u"Configuration"_s, u"Nom"_s); };
+    EXPECT_FALSE(SelectConfiguration(folder.path(), u"Archives"_s));
+    EXPECT_EQ(chosen(), u"Archives");
+    // Removing another configuration leaves the one in use; removing that one brings back the default name.
+    EXPECT_FALSE(RemoveConfiguration(folder.path(), u"Photos"_s, u"Archives"_s));
+    EXPECT_FALSE(QFileInfo::exists(folder.file(u"Photos.ini"_s)));
+    EXPECT_EQ(chosen(), u"Archives");
+    EXPECT_FALSE(RemoveConfiguration(folder.path(), u"Archives"_s, u"Archives"_s));
+    EXPECT_EQ(chosen(), u"Brindar");
 }
 
 TEST(Session, StartUpFollowsTheChooserAndTheConfiguration)
 {
     TempFolder settings, shipped;
-    settings.write(QStringLiteral("ChoixConfiguration.ini"), "[Configuration]\r\nNom=Photos\r\n");
-    settings.write(QStringLiteral("Photos.ini"), "[Configuration]\r\nLangue=Test\r\n[Proprietes]\r\nTitre=1\r\n");
-    settings.write(QStringLiteral("Other.ini"), "[Proprietes]\r\nAuteur=1\r\n");
-    shipped.write(QStringLiteral("Language/Test.lng"), "[Metadata]\r\n4=Intitul\xE9\r\n5=Auteur\r\n");
+    settings.write(u"ChoixConfiguration.ini"_s, "[Configuration]\r\nNom=Photos\r\n");
+    settings.write(u"Photos.ini"_s, "[Configuration]\r\nLangue=Test\r\n[Proprietes]\r\nTitre=1\r\n");
+    settings.write(u"Other.ini"_s, "[Proprietes]\r\nAuteur=1\r\n");
+    shipped.write(u"Language/Test.lng"_s, "[Metadata]\r\n4=Intitul\xE9\r\n5=Auteur\r\n");
 
     Session session = StartSession(settings.path(), shipped.path(), SystemInfo{});
-    EXPECT_EQ(session.configurationPath, settings.file(QStringLiteral("Photos.ini")));
+    EXPECT_EQ(session.configurationPath, settings.file(u"Photos.ini"_s));
     EXPECT_EQ(session.columns.codeList, u":meta.TI");
-    EXPECT_EQ(session.columns.columns[1].header, QStringLiteral(" Intitul\u00E9"));
+    EXPECT_EQ(session.columns.columns[1].header, u" Intitul\u00E9");
 
     // The Language menu saves its choice at once and renames the columns.
-    EXPECT_FALSE(session.chooseLanguage(QStringLiteral("English")));
+    EXPECT_FALSE(session.chooseLanguage(u"English"_s));
     EXPECT_EQ(session.columns.columns[1].header, u" Title");
-    EXPECT_EQ(IniDocument::Load(session.configurationPath).value(QStringLiteral("Configuration"), QStringLiteral("Langue")),
-              u"English");
-    EXPECT_TRUE(settings.read(QStringLiteral("Photos.ini")).contains("[Proprietes]\r\nTitre=1\r\n"));
+    EXPECT_EQ(IniDocument::Load(session.configurationPath).value(u"Configuration"_s, u"Langue"_s), u"English");
+    EXPECT_TRUE(settings.read(u"Photos.ini"_s).contains("[Proprietes]\r\nTitre=1\r\n"));
 
-    EXPECT_FALSE(session.selectConfiguration(QStringLiteral("Other")));
+    EXPECT_FALSE(session.selectConfiguration(u"Other"_s));
     EXPECT_EQ(session.columns.codeList, u":meta.AU");
     EXPECT_EQ(StartSession(settings.path(), shipped.path(), SystemInfo{}).chooser.nom, u"Other");
 }

@@ -7,126 +7,88 @@
 #include <gtest/gtest.h>
 
 using namespace brindar;
+using namespace Qt::StringLiterals;
 using brindar::test::TempFolder;
 
 namespace {
 
-Captions Apply(const QString& text)
+Captions Apply(const QByteArray& file)
 {
     TempFolder folder;
-    folder.write(QStringLiteral("Language/Test.lng"), text.toUtf8());
-    return LoadLanguage(QStringLiteral("Test"), folder.path(), QString());
+    folder.write(u"Language/Test.lng"_s, file);
+    return LoadLanguage(u"Test"_s, folder.path(), QString());
 }
 
-QString Shipped() { return brindar::test::SourceFile(QStringLiteral("share")); }
+// Every entry with a built-in text has one in `captions`; returns how many differ from English.
+int CheckEveryEntry(const Captions& captions)
+{
+    int differing = 0;
+    for (int s = 0; s < kCaptionSectionCount; ++s)
+        for (int n = 1; n <= CaptionTable(CaptionSection(s)).builtIn; ++n) {
+            EXPECT_FALSE(captions.text(CaptionSection(s), n).isEmpty()) << CaptionTable(CaptionSection(s)).header << n;
+            differing += captions.text(CaptionSection(s), n) != Captions::English().text(CaptionSection(s), n);
+        }
+    return differing;
+}
 
 }  // namespace
 
-TEST(Language, BuiltInEnglish)
-{
-    const Captions& en = Captions::English();
-    EXPECT_EQ(en.text(CaptionSection::Metadata, 30), u"Document");
-    EXPECT_EQ(en.text(CaptionSection::Metadata, 4), u"Title");
-    EXPECT_EQ(en.text(CaptionSection::Main, 43), u"files");
-    EXPECT_EQ(en.text(CaptionSection::Main, 98), u" error reading cache - not enough memory");
-    EXPECT_EQ(en.text(CaptionSection::Configuration, 2), u"&OK");
-    EXPECT_EQ(en.monthName(11), u"November");
-    EXPECT_EQ(en.dateOrderKey(), u"MMDDYYYY");
-    EXPECT_EQ(en.text(CaptionSection::Metadata, 0), QString());
-    EXPECT_EQ(en.text(CaptionSection::Metadata, 126), QString());
-    for (int s = 0; s < kCaptionSectionCount; ++s) {
-        const auto section = CaptionSection(s);
-        for (int n = 1; n <= CaptionTable(section).builtIn; ++n)
-            EXPECT_FALSE(en.text(section, n).isEmpty()) << CaptionTable(section).header << " " << n;
-    }
-}
-
 TEST(Language, FileEntriesReplaceOnlyWhatTheyName)
 {
-    struct Row { QString file; CaptionSection section; int number; QString expected; };
-    const QString title = QStringLiteral("Title");
-    const Row rows[] = {
-        {QStringLiteral("[Metadata]\r\n4=Titre\r\n"), CaptionSection::Metadata, 4, QStringLiteral("Titre")},
-        {QStringLiteral("[Metadata]\r\n4=Titre\r\n"), CaptionSection::Metadata, 5, QStringLiteral("Author")},
-        {QStringLiteral("  [Metadata]  \n   4   =   Titre  \n"), CaptionSection::Metadata, 4, QStringLiteral("Titre")},
-        {QStringLiteral("[Metadata]\r4=Titre\r"), CaptionSection::Metadata, 4, QStringLiteral("Titre")},
-        {QStringLiteral("[Metadata]\n4=a=b\n"), CaptionSection::Metadata, 4, QStringLiteral("a=b")},
-        {QStringLiteral("[metadata]\n4=Titre\n"), CaptionSection::Metadata, 4, title},
-        {QStringLiteral("4=Titre\n[Metadata]\n"), CaptionSection::Metadata, 4, title},
-        {QStringLiteral("[Unknown]\n4=Titre\n"), CaptionSection::Metadata, 4, title},
-        {QStringLiteral("[Metadata]\nx=Titre\n4x=Titre\n-4=Titre\n"), CaptionSection::Metadata, 4, title},
-        {QStringLiteral("[Metadata]\n004=Titre\n"), CaptionSection::Metadata, 4, QStringLiteral("Titre")},
-        {QStringLiteral("[Metadata]\n125=Last\n"), CaptionSection::Metadata, 125, QStringLiteral("Last")},
-        {QStringLiteral("[Metadata]\n4 Titre\n"), CaptionSection::Metadata, 4, title},
-        {QStringLiteral("[Metadata]\n4=\n"), CaptionSection::Metadata, 4, QString()},
-        {QStringLiteral("[Main]\n[Metadata]\n[Main]\n43=fichiers"), CaptionSection::Main, 43, QStringLiteral("fichiers")},
+    const struct { QByteArray file; const char* title; } rows[] = {
+        {"  [Metadata]  \r   4   =   Titre  \r", "Titre"},  // blanks around everything, CR line ends
+        {"[Metadata]\n004=a=b\n", "a=b"},
+        {"[Metadata]\n4=\n", ""},
+        {"[Metadata]\n[Main]\n[Metadata]\n4=Titre", "Titre"},
+        {"4=Titre\n[metadata]\n4=Titre\n[Unknown]\n4=Titre\n", "Title"},  // section names are exact
+        {"[Metadata]\nx=Titre\n4x=Titre\n-4=Titre\n4 Titre\n", "Title"},
+        {"[Metadata]\r\n4=Intitul\xE9 \x80\r\n", "Intitul\u00E9 \u20AC"},  // Windows-1252
+        {"[Metadata]\r\n4=Intitul\xC3\xA9\r\n", "Intitul\u00E9"},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(Apply(row.file).text(row.section, row.number), row.expected) << row.file.toStdString();
+    for (const auto& row : rows)
+        EXPECT_EQ(Apply(row.file).text(CaptionSection::Metadata, 4), QString::fromUtf8(row.title)) << row.file.data();
 
     // Entries beyond a section's highest number, or numbered 0, change nothing anywhere.
-    const Captions ignored = Apply(QStringLiteral("[Metadata]\n130=x\n0=x\n126=x\n[Configuration]\n13=x\n"));
-    for (int n = 1; n <= 125; ++n)
+    const Captions ignored = Apply("[Metadata]\n125=Last\n130=x\n0=x\n126=x\n[Configuration]\n13=x\n");
+    EXPECT_EQ(ignored.text(CaptionSection::Metadata, 125), u"Last");
+    for (int n = 1; n < 125; ++n)
         EXPECT_EQ(ignored.text(CaptionSection::Metadata, n), Captions::English().text(CaptionSection::Metadata, n));
-    EXPECT_EQ(ignored.text(CaptionSection::Metadata, 130), QString());
-}
 
-TEST(Language, FilesInWindows1252AndUtf8)
-{
-    TempFolder folder;
-    folder.write(QStringLiteral("Language/Ansi.lng"), "[Metadata]\r\n4=Intitul\xE9\r\n5=\x80uro\r\n");
-    folder.write(QStringLiteral("Language/Unicode.lng"), "[Metadata]\r\n4=Intitul\xC3\xA9\r\n");
-    EXPECT_EQ(LoadLanguage(QStringLiteral("Ansi"), folder.path(), QString()).text(CaptionSection::Metadata, 4),
-              QStringLiteral("Intitul\u00E9"));
-    EXPECT_EQ(LoadLanguage(QStringLiteral("Ansi"), folder.path(), QString()).text(CaptionSection::Metadata, 5),
-              QStringLiteral("\u20ACuro"));
-    EXPECT_EQ(LoadLanguage(QStringLiteral("Unicode"), folder.path(), QString()).text(CaptionSection::Metadata, 4),
-              QStringLiteral("Intitul\u00E9"));
-    // Binary garbage and a missing file leave English.
-    QByteArray garbage(2048, '\0');
-    for (int i = 0; i < garbage.size(); ++i)
-        garbage[i] = char(i * 31);
-    folder.write(QStringLiteral("Language/Garbage.lng"), garbage);
-    EXPECT_EQ(LoadLanguage(QStringLiteral("Garbage"), folder.path(), QString()).text(CaptionSection::Metadata, 4), u"Title");
-    EXPECT_EQ(LoadLanguage(QStringLiteral("Missing"), folder.path(), QString()).text(CaptionSection::Metadata, 4), u"Title");
+    QByteArray garbage;
+    for (int i = 0; i < 2048; ++i)
+        garbage.append(char(i * 31));
+    EXPECT_EQ(Apply(garbage).text(CaptionSection::Metadata, 4), u"Title");
 }
 
 TEST(Language, SettingsFolderWinsAndNamesIgnoreCase)
 {
     TempFolder settings, shipped;
-    shipped.write(QStringLiteral("Language/French.lng"), "[Metadata]\n4=Titre\n");
-    shipped.write(QStringLiteral("Language/ENGLISH.LNG"), "[Metadata]\n4=Heading\n");
-    shipped.write(QStringLiteral("Language/Deutsch.LNG"), "");
-    settings.write(QStringLiteral("Language/french.lng"), "[Metadata]\n4=Mon titre\n");
-    settings.write(QStringLiteral("Language/Espa\u00F1ol.lng"), "");
-    settings.write(QStringLiteral("Language/notes.txt"), "");
-
-    EXPECT_EQ(LoadLanguage(QStringLiteral("French"), settings.path(), shipped.path()).text(CaptionSection::Metadata, 4),
-              u"Mon titre");
-    EXPECT_EQ(LoadLanguage(QStringLiteral("Deutsch"), settings.path(), shipped.path()).text(CaptionSection::Metadata, 4),
-              u"Title");
-    // The shipped English file adds nothing to the built-in texts.
-    EXPECT_EQ(LoadLanguage(QStringLiteral("English"), settings.path(), shipped.path()).text(CaptionSection::Metadata, 4),
-              u"Title");
+    shipped.write(u"Language/French.lng"_s, "[Metadata]\n4=Titre\n");
+    shipped.write(u"Language/ENGLISH.LNG"_s, "[Metadata]\n4=Heading\n");
+    shipped.write(u"Language/Deutsch.LNG"_s, "");
+    settings.write(u"Language/french.lng"_s, "[Metadata]\n4=Mon titre\n");
+    settings.write(u"Language/Espa\u00F1ol.lng"_s, "");
+    settings.write(u"Language/notes.txt"_s, "");
+    auto title = [&](const QString& name) {
+        return LoadLanguage(name, settings.path(), shipped.path()).text(CaptionSection::Metadata, 4);
+    };
+    EXPECT_EQ(title(u"French"_s), u"Mon titre");
+    EXPECT_EQ(title(u"Missing"_s), u"Title");
+    EXPECT_EQ(title(u"English"_s), u"Title");  // the shipped English file adds nothing to the built-in texts
     EXPECT_EQ(OfferedLanguages(settings.path(), shipped.path()),
-              (QStringList{QStringLiteral("English"), QStringLiteral("Deutsch"), QStringLiteral("Espa\u00F1ol"),
-                           QStringLiteral("french")}));
+              (QStringList{u"English"_s, u"Deutsch"_s, u"Espa\u00F1ol"_s, u"french"_s}));
 }
 
-TEST(Language, ShippedFrenchTranslatesEveryEntry)
+TEST(Language, BuiltInEnglishAndShippedFrenchHaveEveryEntry)
 {
-    const Captions fr = LoadLanguage(QStringLiteral("French"), QString(), Shipped());
-    const Captions& en = Captions::English();
-    int differing = 0;
-    for (int s = 0; s < kCaptionSectionCount; ++s) {
-        const auto section = CaptionSection(s);
-        for (int n = 1; n <= CaptionTable(section).builtIn; ++n) {
-            EXPECT_FALSE(fr.text(section, n).isEmpty()) << CaptionTable(section).header << " " << n;
-            differing += fr.text(section, n) != en.text(section, n);
-        }
-    }
-    EXPECT_GT(differing, 350);
-    EXPECT_EQ(fr.monthName(2), QStringLiteral("f\u00E9vrier"));
+    CheckEveryEntry(Captions::English());
+    // Outer blanks a language file cannot hold are restored.
+    EXPECT_EQ(Captions::English().text(CaptionSection::Main, 98), u" error reading cache - not enough memory");
+    EXPECT_EQ(Captions::English().text(CaptionSection::Metadata, 0), QString());
+
+    const Captions fr = LoadLanguage(u"French"_s, QString(), test::SourceFile(u"share"_s));
+    EXPECT_GT(CheckEveryEntry(fr), 350);
+    EXPECT_EQ(fr.monthName(2), u"f\u00E9vrier");
     EXPECT_EQ(fr.dateOrderKey(), u"DDMMYYYY");
     // French users sort these columns as numbers.
     for (int caption : {23, 31, 32, 33, 34, 35, 36, 37, 38})

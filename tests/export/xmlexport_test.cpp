@@ -8,6 +8,7 @@
 
 #include <QBuffer>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
@@ -21,49 +22,18 @@ using brindar::test::TempFolder;
 
 namespace {
 
-const QDateTime kWritten(QDate(2024, 3, 7), QTime(9, 5, 0));
-const QDateTime kAccessed(QDate(2025, 12, 31), QTime(23, 59, 58));
-
-
-// Fixed last-write and last-access times, so that the document can be compared whole.
-// Birth times cannot be set: they are compared by their form only (see Normalised).
-void FixTimes(const QString& folder)
-{
-    QDir dir(folder);
-    for (const QFileInfo& info : dir.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)) {
-        if (info.isDir()) {
-            FixTimes(info.filePath());
-            continue;
-        }
-        QFile file(info.filePath());
-        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        file.setFileTime(kWritten, QFileDevice::FileModificationTime);
-        file.setFileTime(kAccessed, QFileDevice::FileAccessTime);
-    }
-}
-
-// The document with its last CR LF checked and every CR LF made LF, the tree's own path made "TREE" and the
-// creation times the file system chose (today's) made "BIRTH".
+// The document with its last CR LF checked and every CR LF made LF, the tree's own path
+// made "TREE" and the creation times the file system chose (today's) made "BIRTH".
 QString Normalised(const QByteArray& bytes, const QString& tree)
 {
     EXPECT_TRUE(bytes.endsWith("\r\n"));
-    QString text = DecodeWin1252(bytes).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    text.replace(tree, QStringLiteral("TREE"));
-    QString spaced = tree;
-    text.replace(spaced.replace(u' ', QStringLiteral("%20")), QStringLiteral("TREE"));
-    const QString today = QDate::currentDate().toString(QStringLiteral("yyyy/MM/dd"));
-    const QString yesterday = QDate::currentDate().addDays(-1).toString(QStringLiteral("yyyy/MM/dd"));
-    static const QRegularExpression birth(QStringLiteral("<creation>(\\d{4}/\\d\\d/\\d\\d) \\d\\d:\\d\\d:\\d\\d</creation>"));
-    QString out;
-    qsizetype from = 0;
-    for (auto it = birth.globalMatch(text); it.hasNext();) {
-        const auto m = it.next();
-        out += text.mid(from, m.capturedStart() - from);
-        const bool now = m.captured(1) == today || m.captured(1) == yesterday;
-        out += now ? QStringLiteral("<creation>BIRTH</creation>") : m.captured(0);
-        from = m.capturedEnd();
-    }
-    return out + text.mid(from);
+    QString text = DecodeWin1252(bytes).replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(tree, QStringLiteral("TREE"));
+    text.replace(QString(tree).replace(u' ', QStringLiteral("%20")), QStringLiteral("TREE"));
+    const QDate today = QDate::currentDate();
+    const QString day = QStringLiteral("yyyy/MM/dd");
+    return text.replace(QRegularExpression(QStringLiteral("<creation>(%1|%2) \\d\\d:\\d\\d:\\d\\d</creation>")
+                                               .arg(today.toString(day), today.addDays(-1).toString(day))),
+                        QStringLiteral("<creation>BIRTH</creation>"));
 }
 
 QByteArray Export(const QString& folder, const XmlExportOptions& options)
@@ -71,53 +41,55 @@ QByteArray Export(const QString& folder, const XmlExportOptions& options)
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     static const Captions captions = Captions::English();
-    XmlExport writer(buffer, options, captions);
-    writer.ExportXmlDirectory(ExportStartPath(folder));
+    XmlExport(buffer, options, captions).ExportXmlDirectory(ExportStartPath(folder));
     return buffer.data();
 }
 
-// A layout file carrying an XMP packet, as Photoshop writes one.
-QByteArray LayoutWithXmp()
-{
-    return QByteArray("8BPS\0\1 header bytes 8BIM\4\x24")
-           + "<?xpacket begin='\xEF\xBB\xBF' id='W5M0MpCehiHzreSzNTczkc9d'?>\n"
-             "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
-             "<rdf:Description xmlns:pdf='http://ns.adobe.com/pdf/1.3/' pdf:Creator='Layout and Co'/>"
-             "</rdf:RDF></x:xmpmeta>\n<?xpacket end='w'?> trailing bytes";
-}
-
-// Builds the tree of the golden document: every family, an encrypted PDF, names without
-// and ending with a dot, blanks, a read-only and a hidden file, a folder named .svn that
-// must not be entered, an empty folder, comment streams. False when the file system keeps
-// no extended attributes (the comments are then missing).
+// Builds the tree of the golden document: every family (the layout file carries an XMP
+// packet as Photoshop writes one), an encrypted PDF, names without and ending with a dot,
+// blanks, a read-only and a hidden file, a folder named .svn that must not be entered, an
+// empty folder, comment streams. False when the file system keeps no extended attributes
+// (the comments are then missing).
 bool BuildTree(const QString& root)
 {
-    const auto write = [&](const QString& name, const QByteArray& bytes) {
-        QDir().mkpath(QFileInfo(root + u'/' + name).absolutePath());
-        QFile file(root + u'/' + name);
+    const auto write = [&](const char* name, const QByteArray& bytes) {
+        QDir().mkpath(QFileInfo(root + u'/' + QLatin1String(name)).absolutePath());
+        QFile file(root + u'/' + QLatin1String(name));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes);
     };
-    const auto copy = [&](const QString& name, const QString& source) { write(name, ReadFile(SourceFile(source))); };
-    write(QStringLiteral("README"), "hello\n");
-    write(QStringLiteral("ends with dot."), "");
-    write(QStringLiteral(".profile"), "hidden");
-    write(QStringLiteral("layout.psd"), LayoutWithXmp());
-    copy(QStringLiteral("budget.doc"), QStringLiteral("samples/documents/budget.doc"));
-    copy(QStringLiteral("harbour.jpg"), QStringLiteral("samples/documents/harbour.jpg"));
-    copy(QStringLiteral("notes.sxw"), QStringLiteral("samples/documents/notes.sxw"));
-    copy(QStringLiteral("prices.html"), QStringLiteral("samples/documents/prices.html"));
-    copy(QStringLiteral("My Docs/report.pdf"), QStringLiteral("samples/documents/report.pdf"));
-    copy(QStringLiteral("My Docs/a b.doc"), QStringLiteral("samples/documents/budget.doc"));
-    copy(QStringLiteral("My Docs/locked.pdf"), QStringLiteral("fuzz/corpus/pdf_fuzzer/crlf-encrypted.pdf"));
-    write(QStringLiteral(".svn/entries"), "never read");
+    write("README", "hello\n");
+    write("ends with dot.", "");
+    write(".profile", "hidden");
+    write("layout.psd", QByteArray("8BPS\0\1 header bytes 8BIM\4\x24")
+                            + "<?xpacket begin='\xEF\xBB\xBF' id='W5M0MpCehiHzreSzNTczkc9d'?>\n"
+                              "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
+                              "<rdf:Description xmlns:pdf='http://ns.adobe.com/pdf/1.3/' pdf:Creator='Layout and Co'/>"
+                              "</rdf:RDF></x:xmpmeta>\n<?xpacket end='w'?> trailing bytes");
+    for (const auto& [name, source] : {std::pair("budget.doc", "samples/documents/budget.doc"),
+                                       {"harbour.jpg", "samples/documents/harbour.jpg"},
+                                       {"notes.sxw", "samples/documents/notes.sxw"},
+                                       {"prices.html", "samples/documents/prices.html"},
+                                       {"My Docs/report.pdf", "samples/documents/report.pdf"},
+                                       {"My Docs/a b.doc", "samples/documents/budget.doc"},
+                                       {"My Docs/locked.pdf", "fuzz/corpus/pdf_fuzzer/crlf-encrypted.pdf"}})
+        write(name, ReadFile(SourceFile(QLatin1String(source))));
+    write(".svn/entries", "never read");
     QDir().mkpath(root + QStringLiteral("/empty"));
-    QFile(root + QStringLiteral("/README")).setPermissions(QFileDevice::ReadOwner);
     const QByteArray comment("N\0o\0t\0e\0\t\0M\0a\0c\0 \0&\0 \0c\0o\0", 26);
     const bool streams = !WriteNamedStream(root + QStringLiteral("/ends with dot."), QStringLiteral("Comments"), comment)
                          && !WriteNamedStream(root + QStringLiteral("/My Docs"), QStringLiteral("xdg.comment"),
                                               QByteArray("Caf\xC3\xA9 <docs>"));
-    FixTimes(root);
+    // Fixed last-write and last-access times, so that the document can be compared whole.
+    // Birth times cannot be set: they are compared by their form only (see Normalised).
+    for (QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); it.hasNext();) {
+        QFile file(it.next());
+        EXPECT_TRUE(file.open(QIODevice::ReadWrite)) << file.fileName().toStdString();
+        file.setFileTime(QDateTime(QDate(2024, 3, 7), QTime(9, 5, 0)), QFileDevice::FileModificationTime);
+        file.setFileTime(QDateTime(QDate(2025, 12, 31), QTime(23, 59, 58)), QFileDevice::FileAccessTime);
+    }
+    // Read-only only now: a user other than root cannot set the times of a read-only file.
+    QFile(root + QStringLiteral("/README")).setPermissions(QFileDevice::ReadOwner);
     return streams;
 }
 
@@ -129,9 +101,8 @@ TEST(XmlExport, TreeMatchesTheGoldenDocument)
     const QString root = folder.file(QStringLiteral("tree"));
     if (!BuildTree(root))
         GTEST_SKIP() << "this file system keeps no extended attributes";
-    const QString document = Normalised(Export(root, XmlExportOptions{}), root);
-    const QString golden = QString::fromUtf8(ReadFile(SourceFile(QStringLiteral("tests/export/golden/tree.xml"))));
-    EXPECT_EQ(document, golden);
+    EXPECT_EQ(Normalised(Export(root, XmlExportOptions{}), root),
+              QString::fromUtf8(ReadFile(SourceFile(QStringLiteral("tests/export/golden/tree.xml")))));
 }
 
 TEST(XmlExport, FamilySwitchesChooseTheBlocks)
@@ -152,18 +123,13 @@ TEST(XmlExport, FamilySwitchesChooseTheBlocks)
                 found << QLatin1String(tag);
         return found.join(u' ');
     };
-    const XmlFamilies all;
-    const XmlFamilies none{false, false, false, false, false};
-    XmlFamilies onlyXmp = none;
-    onlyXmp.xmp = true;
-    XmlFamilies noOffice = all;
-    noOffice.office = false;
-    struct Row {
+    // Office, OpenOffice, PDF, IPTC, XMP.
+    const XmlFamilies all, none{false, false, false, false, false}, onlyXmp{false, false, false, false, true},
+        noOffice{false, true, true, true, true};
+    const struct {
         XmlFamilies families;
-        const char* file;
-        const char* blocks;
-    };
-    const Row rows[] = {
+        const char *file, *blocks;
+    } rows[] = {
         {all, "budget.doc", "<datetime> <summary>"},
         {all, "prices.html", "<datetime> <html>"},
         {all, "harbour.jpg", "<datetime> <iptc>"},
@@ -179,7 +145,7 @@ TEST(XmlExport, FamilySwitchesChooseTheBlocks)
         {none, "budget.doc", "<datetime>"},
         {none, "report.pdf", ""},
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         EXPECT_EQ(blocks(row.families, QLatin1String(row.file)), QLatin1String(row.blocks)) << row.file;
 }
 
@@ -194,9 +160,7 @@ TEST(XmlExport, CompleteDocumentsAreWellFormedAndStopsLeaveThemOpen)
     const QString output = folder.file(QStringLiteral("export.xml"));
     const QDateTime now(QDate(2026, 11, 15), QTime(14, 5));
     const XmlExportResult done = WriteXmlExport(root, output, XmlExportOptions{}, captions, now);
-    EXPECT_FALSE(done.writeError);
-    EXPECT_EQ(done.directories, 3);
-    EXPECT_EQ(done.files, 11);
+    EXPECT_EQ(QList<QVariant>({bool(done.writeError), done.directories, done.files}), QList<QVariant>({false, 3, 11}));
     const QByteArray document = ReadFile(output);
     static const QRegularExpression head(QStringLiteral(
         "^<\\?xml version=\"1.0\" encoding=\"ISO-8859-1\" \\?>\r\n<!-- Created with Brindar Pro version \\d+\\.\\d+\\.\\d+ "
@@ -204,13 +168,9 @@ TEST(XmlExport, CompleteDocumentsAreWellFormedAndStopsLeaveThemOpen)
         "14:05\">\r\n<dir>\r\n"));
     EXPECT_TRUE(head.match(QString::fromLatin1(document)).hasMatch()) << document.left(300).toStdString();
     EXPECT_TRUE(document.endsWith("</dir>\r\n</dir>\r\n</involume>\r\n"));
+    // xmllint, when at hand, reads it (its complaints go to the test's output).
     const QString xmllint = QStandardPaths::findExecutable(QStringLiteral("xmllint"));
-    if (!xmllint.isEmpty()) {
-        QProcess check;
-        check.start(xmllint, {QStringLiteral("--noout"), output});
-        ASSERT_TRUE(check.waitForFinished(60000));
-        EXPECT_EQ(check.exitCode(), 0) << check.readAllStandardError().toStdString();
-    }
+    EXPECT_EQ(xmllint.isEmpty() ? 0 : QProcess::execute(xmllint, {QStringLiteral("--noout"), output}), 0);
 
     // Stopped at the fourth file: what was written stays, no folder is closed.
     std::atomic<bool> stop = false;
@@ -223,9 +183,7 @@ TEST(XmlExport, CompleteDocumentsAreWellFormedAndStopsLeaveThemOpen)
     EXPECT_FALSE(partial.contains("</dir>"));
 
     // A target folder that does not exist: the reason, and nothing written.
-    const XmlExportResult failed =
-        WriteXmlExport(root, folder.file(QStringLiteral("none/export.xml")), XmlExportOptions{}, captions, now);
-    EXPECT_TRUE(failed.writeError);
+    EXPECT_TRUE(WriteXmlExport(root, folder.file(QStringLiteral("none/export.xml")), XmlExportOptions{}, captions, now).writeError);
 }
 
 TEST(XmlExport, RepairUtf8AccentsAndFileSystemDates)
@@ -234,11 +192,9 @@ TEST(XmlExport, RepairUtf8AccentsAndFileSystemDates)
     const std::pair<QString, QString> repairs[] = {
         {QString(A) + CharOfCode(169) + u't' + A + CharOfCode(169), QStringLiteral("\u00E9t\u00E9")},
         {QStringLiteral("\u00C2\u00A0x"), QString(CharOfCode(160)) + QStringLiteral("x")},  // every Â goes
-        {QStringLiteral("caf") + A, QStringLiteral("caf")},                    // a last Ã is dropped
-        {QStringLiteral("plain"), QStringLiteral("plain")},
+        {QStringLiteral("caf") + A, QStringLiteral("caf")},                                    // a last Ã is dropped
     };
     for (const auto& [in, out] : repairs)
         EXPECT_EQ(RepairUtf8Accents(in), out) << in.toStdString();
-    EXPECT_EQ(FileSystemDate(LocalTime{2004, 3, 7, 9, 5, 0}), QStringLiteral("2004/03/07 09:05:00"));
-    EXPECT_EQ(FileSystemDate(LocalTime{}), QString());
+    EXPECT_EQ(FileSystemDate(LocalTime{}), QString());  // a time the system could not give
 }

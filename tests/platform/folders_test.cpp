@@ -10,50 +10,33 @@ using namespace brindar;
 
 namespace {
 
-class ScopedEnvironment {
-public:
-    ScopedEnvironment(const char* name, const QByteArray& value)
-        : name_(name), had_(qEnvironmentVariableIsSet(name)), old_(qgetenv(name))
+// Sets a variable, or unsets it for a null value, until the end of the scope.
+struct ScopedEnvironment {
+    ScopedEnvironment(const char* n, const QByteArray& v) : name(n), had(qEnvironmentVariableIsSet(n)), old(qgetenv(n))
     {
-        if (value.isNull())
-            qunsetenv(name);
-        else
-            qputenv(name, value);
+        v.isNull() ? qunsetenv(n) : qputenv(n, v);
     }
-    ~ScopedEnvironment()
-    {
-        if (had_)
-            qputenv(name_, old_);
-        else
-            qunsetenv(name_);
-    }
-
-private:
-    const char* name_;
-    bool had_;
-    QByteArray old_;
+    ~ScopedEnvironment() { had ? qputenv(name, old) : qunsetenv(name); }
+    const char* name;
+    bool had;
+    QByteArray old;
 };
 
 }  // namespace
 
-TEST(Folders, SettingsFolderOrder)
+TEST(Folders, SettingsAndDataFolders)
 {
     {
         ScopedEnvironment home("BRINDAR_HOME", "/tmp/brindar-test-home/");
-        EXPECT_EQ(SettingsFolder(), u"/tmp/brindar-test-home");
-    }
-    ScopedEnvironment home("BRINDAR_HOME", QByteArray());
-    ScopedEnvironment xdg("XDG_CONFIG_HOME", "/tmp/brindar-test-xdg");
-    EXPECT_EQ(SettingsFolder(), u"/tmp/brindar-test-xdg/brindar-pro");
-}
-
-TEST(Folders, DataFolderFromTheEnvironmentOrBesideTheProgram)
-{
-    {
         ScopedEnvironment data("BRINDAR_DATA", "/opt/brindar/share");
+        EXPECT_EQ(SettingsFolder(), u"/tmp/brindar-test-home");
         EXPECT_EQ(DataFolder(), u"/opt/brindar/share");
     }
+    ScopedEnvironment home("BRINDAR_HOME", QByteArray());
     ScopedEnvironment data("BRINDAR_DATA", QByteArray());
+    ScopedEnvironment xdg("XDG_CONFIG_HOME", "/tmp/brindar-test-xdg");
+    EXPECT_EQ(SettingsFolder(), u"/tmp/brindar-test-xdg/brindar-pro");
     // The tests run from the build tree, whose bin/ has share/brindar-pro beside it.
-    EXPECT_TRUE(QDir(DataFolder() + QStringLiteral("/Language")).exists(QStringLiteral("French.lng"))) << DataFolder().toStdString();
+    EXPECT_TRUE(QDir(DataFolder() + QStringLiteral("/Language")).exists(QStringLiteral("French.lng")))
+        << DataFolder().toStdString();
 }

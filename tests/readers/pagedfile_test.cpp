@@ -1,5 +1,4 @@
-// Paged reading: the bytes as on disk, whatever the order of access, and a file that
-// shrinks while it is read.
+// Paged reading: the bytes as on disk, whatever the order of access, and a file that shrinks while read.
 #include "readers/pagedfile.h"
 
 #include "support/tempfolder.h"
@@ -8,50 +7,34 @@
 #include <gtest/gtest.h>
 
 using namespace brindar;
-using brindar::test::TempFolder;
 
-namespace {
-
-QByteArray Pattern(qint64 size)
+TEST(PagedFile, BytesAsOnDiskWhateverTheOrderAndZerosWhereTheFileShrank)
 {
-    QByteArray bytes(size, '\0');
+    constexpr qint64 kPage = PagedFile::kPageSize;
+    brindar::test::TempFolder folder;
+    const qint64 size = 5 * kPage + 123;
+    QByteArray expected(size, '\0');
     for (qint64 i = 0; i < size; ++i)
-        bytes[i] = char((i * 131 + i / 7) % 251);
-    return bytes;
-}
-
-}  // namespace
-
-TEST(PagedFile, BytesAreTheFileWhateverTheOrderOfAccess)
-{
-    TempFolder folder;
-    const qint64 size = 5 * PagedFile::kPageSize + 123;
-    const QByteArray expected = Pattern(size);
+        expected[i] = char((i * 131 + i / 7) % 251);  // neighbouring bytes and pages differ
     PagedFile file(folder.write(QStringLiteral("f"), expected), 2);
-    ASSERT_TRUE(file.isOpen());
     ASSERT_EQ(file.size(), size);
     // Jumping between pages with a cache of two forces pages out and back in.
-    for (qint64 step : {qint64(1), PagedFile::kPageSize - 1, 3 * PagedFile::kPageSize + 5}) {
+    for (qint64 step : {qint64(1), kPage - 1, 3 * kPage + 5})
         for (qint64 i = 0, n = 0; n < 2000; i = (i + step) % size, ++n)
             ASSERT_EQ(file.at(i), static_cast<unsigned char>(expected[i])) << i;
-    }
-    EXPECT_EQ(file.bytes(PagedFile::kPageSize - 10, 30), expected.mid(PagedFile::kPageSize - 10, 30));
+    EXPECT_EQ(file.bytes(kPage - 10, 30), expected.mid(kPage - 10, 30));
     EXPECT_EQ(file.bytes(size - 5, 100), expected.right(5));
     EXPECT_EQ(file.bytes(size + 10, 5), QByteArray());
     EXPECT_FALSE(file.shortRead());
     EXPECT_FALSE(PagedFile(folder.file(QStringLiteral("missing"))).isOpen());
-}
 
-TEST(PagedFile, AFileThatShrinksReadsAsZeros)
-{
-    TempFolder folder;
-    const qint64 size = 3 * PagedFile::kPageSize;
-    const QString path = folder.write(QStringLiteral("f"), Pattern(size));
-    PagedFile file(path);
-    EXPECT_EQ(file.at(10), static_cast<unsigned char>(Pattern(size)[10]));
-    ASSERT_TRUE(QFile::resize(path, PagedFile::kPageSize + 10));
-    EXPECT_EQ(file.size(), size);  // the size it had when opened
-    EXPECT_EQ(file.at(size - 1), 0);
-    EXPECT_EQ(file.at(PagedFile::kPageSize + 20), 0);
-    EXPECT_TRUE(file.shortRead());
+    // A file that shrinks keeps the size it had when opened; what is gone reads as zeros.
+    const QString path = folder.write(QStringLiteral("g"), expected);
+    PagedFile shrinking(path);
+    EXPECT_EQ(shrinking.at(10), static_cast<unsigned char>(expected[10]));
+    ASSERT_TRUE(QFile::resize(path, kPage + 10));
+    EXPECT_EQ(shrinking.size(), size);
+    EXPECT_EQ(shrinking.at(size - 1), 0);
+    EXPECT_EQ(shrinking.at(kPage + 20), 0);
+    EXPECT_TRUE(shrinking.shortRead());
 }

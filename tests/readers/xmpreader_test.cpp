@@ -3,8 +3,9 @@
 
 #include "support/tempfolder.h"
 
-#include <QFile>
 #include <gtest/gtest.h>
+
+#include <numeric>
 
 using namespace brindar;
 using brindar::test::CorpusFile;
@@ -16,11 +17,10 @@ QString S(const QByteArray& utf8) { return QString::fromUtf8(utf8); }
 
 using R = XmpResult;
 using Field = QString R::*;
-const Field kFields[] = {&R::authorsPosition, &R::captionWriter, &R::headline, &R::instructions, &R::credit,
-    &R::source, &R::city, &R::state, &R::country, &R::dateCreated, &R::transmissionReference, &R::author,
-    &R::baseUrl, &R::creationDate, &R::creator, &R::keywords, &R::modificationDate, &R::pdfVersion, &R::producer,
-    &R::description, &R::title, &R::creatorTool, &R::dcTitle, &R::dcCreator, &R::dcDescription, &R::rights,
-    &R::dcSubject};
+const Field kFields[] = {&R::authorsPosition, &R::captionWriter, &R::headline, &R::instructions, &R::credit, &R::source,
+    &R::city, &R::state, &R::country, &R::dateCreated, &R::transmissionReference, &R::author, &R::baseUrl, &R::creationDate,
+    &R::creator, &R::keywords, &R::modificationDate, &R::pdfVersion, &R::producer, &R::description, &R::title,
+    &R::creatorTool, &R::dcTitle, &R::dcCreator, &R::dcDescription, &R::rights, &R::dcSubject};
 
 // A packet as Adobe's toolkit of the time wrote it: single quotes, a UTF-8 byte-order mark.
 QByteArray Packet(const QByteArray& body)
@@ -37,9 +37,8 @@ XmpResult ReadBytes(const QByteArray& bytes)
 // Bytes of every value, as the binary parts of a PSD or an EPS preview hold them.
 QByteArray Binary()
 {
-    QByteArray bytes;
-    for (int i = 0; i < 256; ++i)
-        bytes += char(i);
+    QByteArray bytes(256, '\0');
+    std::iota(bytes.begin(), bytes.end(), char(0));
     return bytes;
 }
 
@@ -56,18 +55,13 @@ TEST(XmpReader, SourcesAreReadInTheirFormsOnly)
     // A: attribute, E: element, L: list of "<rdf:li>" items, X: x-default item.
     struct Row { const char* name; Field field; const char* forms; };
     // One source of each combination of forms the table uses.
-    const Row rows[] = {
-        {"photoshop:City", &R::city, "E"},           {"pdf:Producer", &R::producer, "AE"},
-        {"xap:Keywords", &R::keywords, "L"},         {"xap:Title", &R::title, "X"},
-        {"dc:title", &R::dcTitle, "AX"},             {"dc:subject", &R::dcSubject, "AL"},
-        {"photoshop:DateCreated", &R::dateCreated, "E"},
-    };
+    const Row rows[] = {{"photoshop:City", &R::city, "E"}, {"pdf:Producer", &R::producer, "AE"}, {"xap:Keywords", &R::keywords, "L"},
+                        {"xap:Title", &R::title, "X"}, {"dc:title", &R::dcTitle, "AX"}, {"dc:subject", &R::dcSubject, "AL"}};
     for (const Row& row : rows) {
-        const QByteArray name = row.name;
-        const std::pair<char, QByteArray> forms[] = {{'A', "<rdf:Description " + name + "='V'/>"},
-            {'E', "<" + name + ">V</" + name + ">"},
-            {'L', "<" + name + "><rdf:Bag><rdf:li>V</rdf:li></rdf:Bag></" + name + ">"},
-            {'X', "<" + name + "><rdf:Alt><rdf:li xml:lang='x-default'>V</rdf:li></rdf:Alt></" + name + ">"}};
+        const QByteArray n = row.name;
+        const std::pair<char, QByteArray> forms[] = {{'A', "<rdf:Description " + n + "='V'/>"}, {'E', "<" + n + ">V</" + n + ">"},
+            {'L', "<" + n + "><rdf:Bag><rdf:li>V</rdf:li></rdf:Bag></" + n + ">"},
+            {'X', "<" + n + "><rdf:Alt><rdf:li xml:lang='x-default'>V</rdf:li></rdf:Alt></" + n + ">"}};
         for (const auto& [form, xml] : forms) {
             const XmpResult result = ReadBytes(Packet(xml));
             if (QByteArray(row.forms).contains(form)) {
@@ -84,7 +78,6 @@ TEST(XmpReader, FormsAndOverwrites)
 {
     struct Row { QByteArray xml; Field field; QString value; };
     const Row rows[] = {
-        {"<xap:Keywords><rdf:Bag><rdf:li>sea</rdf:li><rdf:li>sun</rdf:li></rdf:Bag></xap:Keywords>", &R::keywords, S("sea; sun")},
         {"<dc:subject><rdf:li>a</rdf:li><rdf:li></rdf:li><rdf:li>c</rdf:li></dc:subject>", &R::dcSubject, S("a; ; c")},
         {"<dc:subject><rdf:li></rdf:li><rdf:li>b</rdf:li></dc:subject>", &R::dcSubject, S("b")},  // no text, no "; "
         {"<dc:creator><rdf:li xml:lang='en'>x</rdf:li><rdf:li>y</rdf:li></dc:creator>", &R::dcCreator, S("y")},
@@ -95,7 +88,6 @@ TEST(XmpReader, FormsAndOverwrites)
         {"<rdf:Description pdf:Author='B'/><xap:Author>A</xap:Author>", &R::author, S("B")},  // source order, not file order
         {"<xap:Author>A</xap:Author><rdf:Description pdf:Author=\"B\"/>", &R::author, S("A")},  // single quotes only
         {"<pdf:Author>E</pdf:Author><rdf:Description pdf:Author='T'/>", &R::author, S("T")},  // attribute tried first
-        {"<photoshop:DateCreated>2</photoshop:DateCreated><xap:CreateDate>1</xap:CreateDate>", &R::dateCreated, S("2")},
         {"<xap:Keywords><rdf:li>k</rdf:li></xap:Keywords><pdf:Keywords>p</pdf:Keywords>", &R::keywords, S("p")},
         {"<xapRights:Copyright>c</xapRights:Copyright><dc:rights><rdf:li>r</rdf:li></dc:rights>", &R::rights, S("c")},
         {"<photoshop:City> a\n b </photoshop:City>", &R::city, S(" a\n b ")},  // untrimmed
@@ -106,10 +98,8 @@ TEST(XmpReader, FormsAndOverwrites)
         {"<photoshop:City>&amp;lt;&quot;&apos;&gt;</photoshop:City>", &R::city, S("<\"'>")},
         {"<photoshop:City>Montr\xC3\xA9" "al \xE2\x82\xAC</photoshop:City>", &R::city, S("Montréal €")},
     };
-    for (const Row& row : rows) {
-        const XmpResult result = ReadBytes(Packet(row.xml));
-        ExpectOnly(result, row.field, row.value, row.xml);
-    }
+    for (const Row& row : rows)
+        ExpectOnly(ReadBytes(Packet(row.xml)), row.field, row.value, row.xml);
 }
 
 TEST(XmpReader, PacketIsTheFirstCompleteSingleQuotedOne)
@@ -131,13 +121,14 @@ TEST(XmpReader, PacketIsTheFirstCompleteSingleQuotedOne)
         {"dos eps", "\xC5\xD0\xD3\xC6" + Binary() + "%!PS-Adobe-3.0 EPSF-3.0\n" + Packet("\r\n" + city + "\n  \r\n \n"), S("\r\n" + city)},
         {"straddling", straddling, S("\n" + city)},
         {"first of two", Packet(city) + Packet("<photoshop:City>D</photoshop:City>"), S(city)},
-        {"double quotes", "<?xpacket begin=\"\" id=\"x\"?>" + city + "<?xpacket end=\"w\"?>", QString()},
-        {"end double-quoted", "<?xpacket begin='' id='x'?>" + city + "<?xpacket end=\"w\"?>", QString()},
+        {"double quotes", "<?xpacket begin=\"\" id=\"x\"?>" + city + "<?xpacket end=\"w\"?>", {}},
+        {"end double-quoted", "<?xpacket begin='' id='x'?>" + city + "<?xpacket end=\"w\"?>", {}},
         // The begin instruction then ends at the end instruction's "'?>".
-        {"begin unfinished", "<?xpacket begin='' id=\"x\"?>" + city + "<?xpacket end='w'?>", QString()},
-        {"own quote", "<?xpacket begin='?>" + city + "<?xpacket end='w'?>", QString()},
-        {"end unfinished", "<?xpacket begin='' id='x'?>" + city + "<?xpacket end='w\"?>", QString()},
-        {"no end", "<?xpacket begin='' id='x'?>" + city, QString()},
+        {"begin unfinished", "<?xpacket begin='' id=\"x\"?>" + city + "<?xpacket end='w'?>", {}},
+        {"own quote", "<?xpacket begin='?>" + city + "<?xpacket end='w'?>", {}},
+        {"end unfinished", "<?xpacket begin='' id='x'?>" + city + "<?xpacket end='w\"?>", {}},
+        {"no end", "<?xpacket begin='' id='x'?>" + city, {}},
+        {"blank packet", Packet(" \r\n \n"), {}}, {"empty packet", Packet({}), {}}, {"empty file", {}, {}},
     };
     for (const Row& row : rows) {
         const XmpResult result = ReadBytes(row.file);
@@ -154,12 +145,6 @@ TEST(XmpReader, PacketTextIsCleanedButValuesAreNot)
     const XmpResult result = ReadBytes(Packet("<photoshop:City>a\x01" "b\x0C\xE2\x80\x93</photoshop:City> \r\n"));
     EXPECT_EQ(result.packet, S("<photoshop:City>a b -</photoshop:City>"));
     EXPECT_EQ(result.city, S("a\x01" "b\x0C–"));
-    for (const QByteArray& empty : {QByteArray(" \r\n \n"), QByteArray()}) {
-        const XmpResult blank = ReadBytes(Packet(empty));
-        EXPECT_FALSE(blank.hasXmp);
-        EXPECT_EQ(blank.packet, QString());
-    }
-    EXPECT_FALSE(ReadBytes(QByteArray()).hasXmp);
     EXPECT_FALSE(ReadXmp(QStringLiteral("/nonexistent/file.psd")).hasXmp);
 }
 
@@ -167,8 +152,7 @@ TEST(XmpReader, RealFiles)
 {
     struct Row { const char* file; QList<std::pair<Field, const char*>> values; bool packet; };
     const Row rows[] = {
-        // Its one packet (bytes 8228-9604) holds xap:CreateDate, xap:CreatorTool and
-        // xap:ModifyDate elements; ExifTool reads the same CreateDate, CreatorTool, ModifyDate.
+        // One packet (bytes 8228-9604); ExifTool reads the same CreateDate, CreatorTool, ModifyDate.
         {"xmp/exiftool__InDesign.indd", {{&R::dateCreated, "2007-06-30T00:19:02Z"},
             {&R::creatorTool, "Adobe InDesign 3.0"}, {&R::modificationDate, "2007-06-30T00:19:17Z"}}, true},
         // The first packet (bytes 172036-210725) runs over binary data into the XMP of the
@@ -177,11 +161,9 @@ TEST(XmpReader, RealFiles)
         {"xmp/formatcorpus__Neddy_Flyer_HeatherRyan.indd", {{&R::dateCreated, "2006-06-28T16:22:29Z"},
             {&R::creatorTool, "Adobe InDesign 3.0"}, {&R::modificationDate, "2006-09-01T11:57:37Z"},
             {&R::dcCreator, "2001 SNOWBOUND, ALL RIGHTS RESERVED"}, {&R::dcTitle, "logo"}}, true},
-        // The first of two packets is single-quoted, with dc:title's x-default item
-        // "TEST-Exiftool", the XMP-dc:Title ExifTool reads.
+        // The first of two packets is single-quoted; ExifTool's XMP-dc:Title is the same.
         {"xmp/exiv2__eps-flat_minimal_xmp_exiftool-8.56.eps", {{&R::dcTitle, "TEST-Exiftool"}}, true},
-        // The packet holds only xmpNote:HasExtendedXMP; the pdf: values ExifTool shows come
-        // from the extended XMP after it, outside any packet.
+        // Only xmpNote:HasExtendedXMP: ExifTool's pdf: values come from outside any packet.
         {"xmp/exiftool__ExtendedXMP.jpg", {}, true},
         // Double-quoted packets, a UTF-16 packet, a mix of quotes, no packet at all.
         {"xmp/exiv2__eps-flat_minimal_xmp.eps", {}, false}, {"xmp/exiftool__XMP.jpg", {}, false},
@@ -191,10 +173,8 @@ TEST(XmpReader, RealFiles)
     for (const Row& row : rows) {
         const XmpResult result = ReadXmp(CorpusFile(QString::fromLatin1(row.file)));
         for (const Field field : kFields) {
-            QString expected;
-            for (const auto& [f, value] : row.values)
-                expected = f == field ? S(value) : expected;
-            EXPECT_EQ(result.*field, expected) << row.file;
+            const auto it = std::find_if(row.values.begin(), row.values.end(), [&](const auto& v) { return v.first == field; });
+            EXPECT_EQ(result.*field, it == row.values.end() ? QString() : S(it->second)) << row.file;
         }
         EXPECT_EQ(result.hasXmp, row.values.size() > 0) << row.file;
         EXPECT_EQ(!result.packet.isEmpty(), row.packet) << row.file;

@@ -27,8 +27,6 @@ using brindar::test::TempFolder;
 
 namespace {
 
-constexpr int kPortraitTextWidth = 11906 - 2 * 1134;
-constexpr int kLandscapeTextWidth = 16838 - 2 * 1134;
 const QString kTitle = QStringLiteral("15 November 2026");
 constexpr const char* kMain = "http://schemas.openxmlformats.org/wordprocessingml/2006/main";
 
@@ -40,12 +38,11 @@ GridModel Grid(int rows)
                                             "Modele=1\r\nCommentaires=1\r\nPages=1\r\nCompagnie=1\r\n"),
                                 Captions::English(), true),
                    ReadConfiguration(IniDocument(""), true));
-    for (int r = 0; r < rows; ++r) {
-        GridRow row;
+    QList<GridRow> cells(rows);
+    for (int r = 0; r < rows; ++r)
         for (int c = 0; c < grid.columnCount(); ++c)
-            row.cells.append(QStringLiteral("r%1c%2").arg(r).arg(c));
-        grid.appendRow(row);
-    }
+            cells[r].cells.append(QStringLiteral("r%1c%2").arg(r).arg(c));
+    grid.appendRows(cells);
     return grid;
 }
 
@@ -53,21 +50,18 @@ GridModel Grid(int rows)
 QMap<QString, QByteArray> Unzip(const QString& path)
 {
     QMap<QString, QByteArray> parts;
-    int error = 0;
-    zip_t* archive = zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY | ZIP_CHECKCONS, &error);
-    if (!archive)
-        return parts;
-    for (zip_int64_t i = 0; i < zip_get_num_entries(archive, 0); ++i) {
+    zip_t* archive = zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY | ZIP_CHECKCONS, nullptr);
+    for (zip_uint64_t i = 0; archive && i < zip_uint64_t(zip_get_num_entries(archive, 0)); ++i) {
         zip_stat_t stat;
-        zip_file_t* file = nullptr;
-        if (zip_stat_index(archive, zip_uint64_t(i), 0, &stat) != 0 || !(file = zip_fopen_index(archive, zip_uint64_t(i), 0)))
-            continue;
-        QByteArray bytes(qsizetype(stat.size), '\0');
-        if (zip_fread(file, bytes.data(), stat.size) == zip_int64_t(stat.size))
+        zip_file_t* file = zip_stat_index(archive, i, 0, &stat) == 0 ? zip_fopen_index(archive, i, 0) : nullptr;
+        QByteArray bytes(file ? qsizetype(stat.size) : 0, '\0');
+        if (file && zip_fread(file, bytes.data(), stat.size) == zip_int64_t(stat.size))
             parts.insert(QString::fromUtf8(stat.name), bytes);
-        zip_fclose(file);
+        if (file)
+            zip_fclose(file);
     }
-    zip_discard(archive);
+    if (archive)
+        zip_discard(archive);
     return parts;
 }
 
@@ -76,34 +70,25 @@ struct Body {
     QString error;  // the reader's complaint when the XML is not well-formed
     QString title;  // text of the paragraph before the table
     QList<QStringList> rows;
-    QList<bool> repeated;  // per row: w:tblHeader
-    QList<int> emphasis;   // per row: bold runs and shaded cells
+    QList<int> emphasis;  // per row: bold runs, shaded cells and w:tblHeader (repeated on each page)
     QList<int> gridColumns, firstRowWidths;  // w:gridCol and the first row's w:tcW
-    QString tableWidth, layout, orient;
-    int pageWidth = 0, pageHeight = 0;
+    QStringList page;                        // w:pgSz w, h and orient
 };
 
 Body ReadBody(const QByteArray& xml)
 {
     Body body;
     QXmlStreamReader reader(xml);
-    bool inTable = false;
     QString* text = &body.title;
     while (!reader.atEnd()) {
-        reader.readNext();
-        if (reader.isEndElement() && reader.name() == u"tbl")
-            inTable = false;
-        if (!reader.isStartElement())
+        if (reader.readNext() != QXmlStreamReader::StartElement)
             continue;
         const QStringView name = reader.name();
         const auto attribute = [&](const char* local) {
             return reader.attributes().value(QLatin1String(kMain), QLatin1String(local)).toString();
         };
-        if (name == u"tbl") {
-            inTable = true;
-        } else if (name == u"tr") {
+        if (name == u"tr") {
             body.rows.append(QStringList());
-            body.repeated.append(false);
             body.emphasis.append(0);
         } else if (name == u"tc") {
             body.rows.last().append(QString());
@@ -113,26 +98,14 @@ Body ReadBody(const QByteArray& xml)
             const bool keep = reader.attributes().value(QStringLiteral("xml:space")) == u"preserve";
             const QString run = reader.readElementText();
             *text += keep ? run : run.trimmed();
-        } else if (name == u"br" && inTable) {
-            *text += u'\n';
-        } else if (name == u"tab" && inTable) {
-            *text += u'\t';
-        } else if (name == u"tblHeader") {
-            body.repeated.last() = true;
-        } else if ((name == u"b" || name == u"shd") && inTable) {
+        } else if (name == u"br" || name == u"tab") {
+            *text += name == u"br" ? u'\n' : u'\t';
+        } else if ((name == u"b" || name == u"shd" || name == u"tblHeader") && !body.rows.isEmpty()) {
             ++body.emphasis.last();
-        } else if (name == u"gridCol") {
-            body.gridColumns.append(attribute("w").toInt());
-        } else if (name == u"tcW" && body.rows.size() == 1) {
-            body.firstRowWidths.append(attribute("w").toInt());
-        } else if (name == u"tblW") {
-            body.tableWidth = attribute("type") + u':' + attribute("w");
-        } else if (name == u"tblLayout") {
-            body.layout = attribute("type");
+        } else if (name == u"gridCol" || (name == u"tcW" && body.rows.size() == 1)) {
+            (name == u"tcW" ? body.firstRowWidths : body.gridColumns).append(attribute("w").toInt());
         } else if (name == u"pgSz") {
-            body.pageWidth = attribute("w").toInt();
-            body.pageHeight = attribute("h").toInt();
-            body.orient = attribute("orient");
+            body.page = {attribute("w"), attribute("h"), attribute("orient")};
         }
     }
     if (reader.hasError())
@@ -140,31 +113,37 @@ Body ReadBody(const QByteArray& xml)
     return body;
 }
 
-// The error of the first part whose XML is not well-formed; empty when all are.
-QString XmlError(const QMap<QString, QByteArray>& parts)
+// Cells as they come from files' metadata: markup characters, controls, line breaks,
+// characters beyond the BMP, broken UTF-16 and very long text; and what a reader gets back.
+const QList<QStringList> kAwkward = {
+    {QStringLiteral("<a href=\"x\"> & 'b' ]]>"), QStringLiteral("<a href=\"x\"> & 'b' ]]>")},
+    {QStringLiteral("a\x01" "b\x0B" "c\x1F" "d\x7F"), QStringLiteral("a b c d\x7F")},
+    {QStringLiteral("one\r\ntwo\rthree\nfour"), QStringLiteral("one\ntwo\nthree\nfour")},
+    {QStringLiteral("\ttab\tbed"), QStringLiteral("\ttab\tbed")},
+    {QStringLiteral("  two  blanks  "), QStringLiteral("  two  blanks  ")},
+    {QStringLiteral("\u00E9t\u00E9 \u6F22\u5B57 \U0001F600"), QStringLiteral("\u00E9t\u00E9 \u6F22\u5B57 \U0001F600")},
+    {QString(QChar(0xD800)) + u'x' + QChar(0xDC00) + QChar(0xFFFF) + u'y', QStringLiteral(" x  y")},
+    {QString(), QString()},
+    {QString(200000, u'w'), QString(200000, u'w')},
+};
+const QString kAwkwardTitle = QStringLiteral("15 <November> & \"2026\"");
+
+GridModel AwkwardGrid()
 {
-    for (auto part = parts.begin(); part != parts.end(); ++part) {
-        QXmlStreamReader reader(part.value());
-        while (!reader.atEnd())
-            reader.readNext();
-        if (reader.hasError())
-            return part.key() + QStringLiteral(": ") + reader.errorString();
-    }
-    return {};
+    GridModel grid = Grid(0);
+    for (qsizetype i = 0; i < kAwkward.size(); ++i)
+        grid.appendRow({{QStringLiteral("row%1").arg(i), kAwkward[i][0]}, false});
+    return grid;
 }
 
-// The Python with python-docx installed, or empty (Debian's python3-docx goes with the
-// system's python3, which may not be the first one on the path).
-QString PythonWithDocx()
+// Empty when `program` ran to a clean end within two minutes, else why not.
+QString RunTool(const QString& program, const QStringList& arguments, QProcess& process)
 {
-    for (const QString& python :
-         {QStringLiteral("/usr/bin/python3"), QStandardPaths::findExecutable(QStringLiteral("python3"))}) {
-        QProcess probe;
-        probe.start(python, {QStringLiteral("-c"), QStringLiteral("import docx")});
-        if (probe.waitForFinished(60000) && probe.exitStatus() == QProcess::NormalExit && probe.exitCode() == 0)
-            return python;
-    }
-    return {};
+    process.start(program, arguments);
+    const bool done = process.waitForFinished(120000);
+    return done && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0
+               ? QString()
+               : program + QStringLiteral(" failed: ") + QString::fromUtf8(process.readAllStandardError());
 }
 
 }  // namespace
@@ -172,17 +151,14 @@ QString PythonWithDocx()
 TEST(DocxReport, TableFollowsTheReportOrderAndSkipsHiddenColumns)
 {
     const struct {
-        QList<int> hidden;
-        QList<int> order;
+        QList<int> hidden, order;
         QList<int> shown;  // the grid columns expected, left to right
         bool landscape;
     } cases[] = {
-        {{}, {0, 1, 2, 3, 4, 5, 6, 7, 8}, {0, 1, 2, 3, 4, 5, 6, 7, 8}, true},
         {{2}, {8, 7, 6, 5, 4, 3, 2, 1, 0}, {8, 7, 6, 5, 4, 3, 1, 0}, true},
         // Seven shown columns turn the page, six keep it upright.
         {{1, 5}, {3, 0, 2, 1, 8, 4, 6, 5, 7}, {3, 0, 2, 8, 4, 6, 7}, true},
         {{1, 5, 8}, {3, 0, 2, 1, 8, 4, 6, 5, 7}, {3, 0, 2, 4, 6, 7}, false},
-        {{1, 2, 3, 4, 5, 6, 7}, {8, 0}, {8, 0}, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "case " << &c - cases);
@@ -194,86 +170,45 @@ TEST(DocxReport, TableFollowsTheReportOrderAndSkipsHiddenColumns)
         ASSERT_EQ(WriteDocxReport(path, kTitle, grid, c.order), std::nullopt);
 
         const QMap<QString, QByteArray> parts = Unzip(path);
-        for (const char* name : {"[Content_Types].xml", "_rels/.rels", "word/document.xml", "word/styles.xml",
-                                 "word/_rels/document.xml.rels", "docProps/core.xml", "docProps/app.xml"})
-            EXPECT_TRUE(parts.contains(QLatin1String(name))) << name;
-        EXPECT_EQ(XmlError(parts), QString());
-        for (const char* declared : {"/word/document.xml", "/word/styles.xml", "/docProps/core.xml", "/docProps/app.xml"})
-            EXPECT_TRUE(parts.value("[Content_Types].xml").contains(declared)) << declared;
-        EXPECT_TRUE(parts.value("_rels/.rels").contains("Target=\"word/document.xml\""));
-        EXPECT_TRUE(parts.value("docProps/core.xml").contains("<dc:title>15 November 2026</dc:title>"));
+        EXPECT_EQ(parts.keys(), QStringList({"[Content_Types].xml", "_rels/.rels", "docProps/app.xml", "docProps/core.xml",
+                                             "word/_rels/document.xml.rels", "word/document.xml", "word/styles.xml"}));
+        for (auto part = parts.begin(); part != parts.end(); ++part)
+            EXPECT_EQ(ReadBody(part.value()).error, QString()) << part.key().toStdString();
         EXPECT_TRUE(parts.value("docProps/core.xml").contains("<dcterms:created xsi:type=\"dcterms:W3CDTF\">20"));
-        EXPECT_TRUE(parts.value("docProps/app.xml").contains("<Application>Brindar Pro</Application>"));
 
         const Body body = ReadBody(parts.value("word/document.xml"));
         ASSERT_EQ(body.error, QString());
         EXPECT_EQ(body.title, kTitle);
         ASSERT_EQ(body.rows.size(), 4);
-        QStringList headers;
-        for (const int column : c.shown)
-            headers << grid.header(column);
-        EXPECT_EQ(body.rows[0], headers);
-        EXPECT_TRUE(body.rows[0][c.shown.indexOf(0)].startsWith(u"  "));  // padding blanks kept
-        for (int r = 0; r < 3; ++r) {
+        for (int r = -1; r < 3; ++r) {
             QStringList cells;
             for (const int column : c.shown)
-                cells << QStringLiteral("r%1c%2").arg(r).arg(column);
+                cells << (r < 0 ? grid.header(column) : QStringLiteral("r%1c%2").arg(r).arg(column));
             EXPECT_EQ(body.rows[r + 1], cells);
         }
-        EXPECT_EQ(body.repeated, QList<bool>({true, false, false, false}));
-        EXPECT_EQ(body.emphasis, QList<int>({2 * int(c.shown.size()), 0, 0, 0}));
+        EXPECT_TRUE(body.rows[0][c.shown.indexOf(0)].startsWith(u"  "));  // padding blanks kept
+        EXPECT_EQ(body.emphasis, QList<int>({2 * int(c.shown.size()) + 1, 0, 0, 0}));
 
-        // The columns share the text width in the grid's proportions (the document column
-        // is twice as wide as the others), the same in the grid and in the cells.
-        const int textWidth = c.landscape ? kLandscapeTextWidth : kPortraitTextWidth;
+        // A4 less 2 cm margins, shared in the grid's proportions (the document column is
+        // twice as wide as the others), the same in the grid and in the cells.
+        const int textWidth = (c.landscape ? 16838 : 11906) - 2 * 1134;
         EXPECT_EQ(std::accumulate(body.gridColumns.begin(), body.gridColumns.end(), 0), textWidth);
         EXPECT_EQ(body.firstRowWidths, body.gridColumns);
         const int unit = textWidth / int(c.shown.size() + 1);
         for (qsizetype i = 0; i < c.shown.size(); ++i)
             EXPECT_NEAR(body.gridColumns.value(i), c.shown[i] == 0 ? 2 * unit : unit, c.shown.size()) << i;
-        EXPECT_EQ(body.tableWidth, u"pct:5000");
-        EXPECT_EQ(body.layout, u"fixed");
-        EXPECT_EQ(QList<int>({body.pageWidth, body.pageHeight}),
-                  c.landscape ? QList<int>({16838, 11906}) : QList<int>({11906, 16838}));
-        EXPECT_EQ(body.orient, c.landscape ? u"landscape" : u"");
+        EXPECT_EQ(body.page, c.landscape ? QStringList({"16838", "11906", "landscape"}) : QStringList({"11906", "16838", ""}));
     }
 }
 
-// Cells as they come from files' metadata: markup characters, controls, line breaks,
-// characters beyond the BMP, broken UTF-16 and very long text.
-struct Awkward {
-    QString cell;
-    QString read;  // what a reader gets back
-};
-const QList<Awkward> kAwkward = {
-    {QStringLiteral("<a href=\"x\"> & 'b' ]]>"), QStringLiteral("<a href=\"x\"> & 'b' ]]>")},
-    {QStringLiteral("a\x01" "b\x0B" "c\x1F" "d\x7F"), QStringLiteral("a b c d\x7F")},
-    {QStringLiteral("one\r\ntwo\rthree\nfour"), QStringLiteral("one\ntwo\nthree\nfour")},
-    {QStringLiteral("\ttab\tbed"), QStringLiteral("\ttab\tbed")},
-    {QStringLiteral("  two  blanks  "), QStringLiteral("  two  blanks  ")},
-    {QStringLiteral("\u00E9t\u00E9 \u6F22\u5B57 \U0001F600"), QStringLiteral("\u00E9t\u00E9 \u6F22\u5B57 \U0001F600")},
-    {QString(QChar(0xD800)) + u'x' + QChar(0xDC00) + QChar(0xFFFF) + u'y',
-     QStringLiteral(" x  y")},
-    {QString(), QString()},
-    {QString(200000, u'w'), QString(200000, u'w')},
-};
-const QString kAwkwardTitle = QStringLiteral("15 <November> & \"2026\"");
-
-GridModel AwkwardGrid()
-{
-    GridModel grid = Grid(0);
-    for (qsizetype i = 0; i < kAwkward.size(); ++i)
-        grid.appendRow({{QStringLiteral("row%1").arg(i), kAwkward[i].cell}, false});
-    return grid;
-}
-
-TEST(DocxReport, AwkwardCellsStayWellFormedAndReadBackAsWritten)
+TEST(DocxReport, AwkwardCellsEmptyGridsAndFailedWrites)
 {
     TempFolder folder;
-    const QString path = folder.file(QStringLiteral("Awkward.docx"));
-    ASSERT_EQ(WriteDocxReport(path, kAwkwardTitle, AwkwardGrid(), {1, 0}), std::nullopt);
-    const QMap<QString, QByteArray> parts = Unzip(path);
-    EXPECT_EQ(XmlError(parts), QString());
+    const GridModel big = AwkwardGrid();
+    const QString bigPath = folder.file(QStringLiteral("Big.docx"));
+    ASSERT_EQ(WriteDocxReport(bigPath, kAwkwardTitle, big, {1, 0}), std::nullopt);
+    const QMap<QString, QByteArray> parts = Unzip(bigPath);
+    EXPECT_EQ(ReadBody(parts.value("docProps/core.xml")).error, QString());
     const QByteArray xml = parts.value("word/document.xml");
     EXPECT_TRUE(xml.contains("&lt;a href=&quot;x&quot;&gt; &amp; 'b' ]]&gt;"));
     for (char control = 0; control < 0x20; ++control)
@@ -285,12 +220,34 @@ TEST(DocxReport, AwkwardCellsStayWellFormedAndReadBackAsWritten)
     EXPECT_EQ(body.title, kAwkwardTitle);
     ASSERT_EQ(body.rows.size(), kAwkward.size() + 1);
     for (qsizetype i = 0; i < kAwkward.size(); ++i)
-        EXPECT_EQ(body.rows[i + 1], QStringList({kAwkward[i].read, QStringLiteral("row%1").arg(i)})) << i;
+        EXPECT_EQ(body.rows[i + 1], QStringList({kAwkward[i][1], QStringLiteral("row%1").arg(i)})) << i;
+
+    // No shown column: the title alone, on an upright page.
+    const QString emptyPath = folder.file(QStringLiteral("Empty.docx"));
+    ASSERT_EQ(WriteDocxReport(emptyPath, kTitle, big, {}), std::nullopt);
+    const Body empty = ReadBody(Unzip(emptyPath).value("word/document.xml"));
+    EXPECT_EQ(QList<QVariant>({empty.error, empty.title, empty.rows.size(), empty.page.value(0)}),
+              QList<QVariant>({QString(), kTitle, 0, "11906"}));
+
+    // A missing folder is not created; a target that is a folder stays one; neither
+    // leaves a temporary file behind.
+    const QString missing = folder.file(QStringLiteral("no such folder/Report.docx"));
+    EXPECT_TRUE(WriteDocxReport(missing, kTitle, big, {0}).value_or(QString()).contains(missing));
+    const QString taken = folder.write(QStringLiteral("Taken.docx/inside"), "kept");
+    EXPECT_NE(WriteDocxReport(folder.file(QStringLiteral("Taken.docx")), kTitle, big, {0}), std::nullopt);
+    EXPECT_EQ(ReadFile(taken), "kept");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+              QStringList({"Big.docx", "Empty.docx", "Taken.docx"}));
 }
 
 TEST(DocxReport, PythonDocxReadsTheTitleAndTheTable)
 {
-    const QString python = PythonWithDocx();
+    // Debian's python3-docx goes with the system's python3, maybe not the first on the path.
+    QString python;
+    QProcess read;
+    for (const QString& candidate : {QStringLiteral("/usr/bin/python3"), QStandardPaths::findExecutable("python3")})
+        if (python.isEmpty() && RunTool(candidate, {"-c", "import docx"}, read).isEmpty())
+            python = candidate;
     if (python.isEmpty())
         GTEST_SKIP() << "python3-docx is not installed";
     TempFolder folder;
@@ -299,8 +256,7 @@ TEST(DocxReport, PythonDocxReadsTheTitleAndTheTable)
     grid.setWidth(3, 0);  // eight shown columns: landscape
     ASSERT_EQ(WriteDocxReport(path, kAwkwardTitle, grid, {8, 7, 6, 5, 4, 3, 2, 1, 0}), std::nullopt);
 
-    QProcess read;
-    read.start(python, {QStringLiteral("-c"), QStringLiteral(R"(
+    ASSERT_EQ(RunTool(python, {"-c", R"(
 import docx, json, sys
 d = docx.Document(sys.argv[1])
 s = d.sections[0]
@@ -309,35 +265,23 @@ print(json.dumps({"title": d.core_properties.title, "first": d.paragraphs[0].tex
                   "landscape": s.orientation == docx.enum.section.WD_ORIENT.LANDSCAPE,
                   "wider": s.page_width > s.page_height,
                   "rows": [[c.text for c in r.cells] for r in d.tables[0].rows]}))
-)"),
-                        path});
-    ASSERT_TRUE(read.waitForFinished(120000));
-    ASSERT_EQ(read.exitCode(), 0) << read.readAllStandardError().toStdString();
-    const QJsonObject got = QJsonDocument::fromJson(read.readAllStandardOutput()).object();
-    EXPECT_EQ(got.value("title").toString(), kAwkwardTitle);
-    EXPECT_EQ(got.value("first").toString(), kAwkwardTitle);
-    EXPECT_EQ(got.value("style").toString(), u"Title");
-    EXPECT_EQ(got.value("tables").toInt(), 1);
-    EXPECT_TRUE(got.value("landscape").toBool());
-    EXPECT_TRUE(got.value("wider").toBool());
-    const QJsonArray rows = got.value("rows").toArray();
-    ASSERT_EQ(rows.size(), kAwkward.size() + 1);
+)", path}, read), QString());
     QStringList headers;
     for (const int column : {8, 7, 6, 5, 4, 2, 1, 0})
         headers << grid.header(column);
-    EXPECT_EQ(rows[0].toVariant().toStringList(), headers);
+    QJsonArray rows = {QJsonArray::fromStringList(headers)};
     for (qsizetype i = 0; i < kAwkward.size(); ++i)
-        EXPECT_EQ(rows[i + 1].toVariant().toStringList(),
-                  QStringList({"", "", "", "", "", "", kAwkward[i].read, QStringLiteral("row%1").arg(i)}))
-            << i;
+        rows.append(QJsonArray::fromStringList({"", "", "", "", "", "", kAwkward[i][1], QStringLiteral("row%1").arg(i)}));
+    const QJsonObject expected = {{"title", kAwkwardTitle}, {"first", kAwkwardTitle}, {"style", "Title"}, {"tables", 1},
+                                  {"landscape", true},      {"wider", true},          {"rows", rows}};
+    EXPECT_EQ(QString::fromUtf8(QJsonDocument::fromJson(read.readAllStandardOutput()).toJson()),
+              QString::fromUtf8(QJsonDocument(expected).toJson()));
 }
 
 TEST(DocxReport, LibreOfficeConvertsTheReportToPdf)
 {
-    QString office = QStandardPaths::findExecutable(QStringLiteral("libreoffice"));
-    if (office.isEmpty())
-        office = QStandardPaths::findExecutable(QStringLiteral("soffice"));
-    if (office.isEmpty())
+    QString office = QStandardPaths::findExecutable("libreoffice");
+    if (office.isEmpty() && (office = QStandardPaths::findExecutable("soffice")).isEmpty())
         GTEST_SKIP() << "LibreOffice is not installed";
     TempFolder folder;
     const QString path = folder.file(QStringLiteral("Report.docx"));
@@ -345,84 +289,19 @@ TEST(DocxReport, LibreOfficeConvertsTheReportToPdf)
     grid.appendRows({{{QStringLiteral("<&>"), QStringLiteral("a\r\nb"), QStringLiteral("\x01")}, false}});
     ASSERT_EQ(WriteDocxReport(path, kTitle, grid, {0, 1, 2, 3, 4, 5, 6, 7, 8}), std::nullopt);
 
-    QProcess convert;
-    convert.setWorkingDirectory(folder.path());
     // A profile of its own, so runs side by side do not wait for each other's lock.
-    convert.start(office, {QStringLiteral("-env:UserInstallation=file://") + folder.path() + QStringLiteral("/profile"),
-                           QStringLiteral("--headless"), QStringLiteral("--convert-to"), QStringLiteral("pdf"),
-                           QStringLiteral("--outdir"), folder.path() + QStringLiteral("/pdf"), path});
-    if (!convert.waitForFinished(120000)) {
-        convert.kill();
-        convert.waitForFinished();
-        FAIL() << "LibreOffice did not finish within two minutes";
-    }
-    EXPECT_EQ(convert.exitCode(), 0) << convert.readAllStandardError().toStdString();
+    QProcess convert;
+    EXPECT_EQ(RunTool(office, {"-env:UserInstallation=file://" + folder.path() + "/profile", "--headless", "--convert-to",
+                               "pdf", "--outdir", folder.path() + "/pdf", path}, convert), QString());
     const QString pdfPath = folder.path() + QStringLiteral("/pdf/Report.pdf");
-    const QByteArray pdf = ReadFile(pdfPath);
+    const QString pdf = QString::fromLatin1(ReadFile(pdfPath));
     ASSERT_FALSE(pdf.isEmpty()) << convert.readAllStandardOutput().toStdString();
-    // LibreOffice carried the core title over and laid 151 rows out on A4 landscape pages.
+    // LibreOffice carried the core title over and laid 151 rows out on A4 landscape pages
+    // (841.9 x 595.3 points).
     const PdfInfo info = ReadPdfInfo(pdfPath);
-    EXPECT_TRUE(info.isPdf);
-    EXPECT_EQ(info.title, kTitle);
-    EXPECT_GE(info.pages.toInt(), 3);
-    const QRegularExpression box(QStringLiteral(R"(/MediaBox\s*\[\s*0 0 ([0-9.]+) ([0-9.]+)\s*\])"));
-    int boxes = 0;
-    for (const QRegularExpressionMatch& size : box.globalMatch(QString::fromLatin1(pdf))) {
-        ++boxes;
-        EXPECT_NEAR(size.captured(1).toDouble(), 841.9, 1) << "not landscape A4";
-        EXPECT_NEAR(size.captured(2).toDouble(), 595.3, 1) << "not landscape A4";
-    }
+    EXPECT_EQ(QList<QVariant>({info.isPdf, info.title, info.pages.toInt() >= 3}), QList<QVariant>({true, kTitle, true}));
+    const qsizetype boxes = pdf.count(QRegularExpression(QStringLiteral(R"(/MediaBox\s*\[)")));
     EXPECT_GE(boxes, 1);
-
-    // With poppler's pdftotext at hand: the header row opens the second page too.
-    const QString pdftotext = QStandardPaths::findExecutable(QStringLiteral("pdftotext"));
-    if (pdftotext.isEmpty())
-        return;
-    QProcess text;
-    text.start(pdftotext, {QStringLiteral("-f"), QStringLiteral("2"), QStringLiteral("-l"), QStringLiteral("2"),
-                           pdfPath, QStringLiteral("-")});
-    ASSERT_TRUE(text.waitForFinished(60000));
-    const QString page = QString::fromUtf8(text.readAllStandardOutput());
-    EXPECT_TRUE(page.contains(u"Company") && page.contains(u"Document")) << page.left(400).toStdString();
-    EXPECT_FALSE(page.contains(u"r0c0"));
-}
-
-TEST(DocxReport, BigAndEmptyGridsAndFailedWrites)
-{
-    TempFolder folder;
-    // 100,000 rows in one pass: every row arrives, in order.
-    GridModel big = Grid(0);
-    QList<GridRow> rows;
-    for (int r = 0; r < 100000; ++r)
-        rows.append({{QStringLiteral("file%1.doc").arg(r), QStringLiteral("title %1").arg(r)}, true});
-    big.appendRows(rows);
-    const QString bigPath = folder.file(QStringLiteral("Big.docx"));
-    ASSERT_EQ(WriteDocxReport(bigPath, kTitle, big, {1, 0}), std::nullopt);
-    const Body body = ReadBody(Unzip(bigPath).value("word/document.xml"));
-    ASSERT_EQ(body.error, QString());
-    ASSERT_EQ(body.rows.size(), 100001);
-    EXPECT_EQ(body.rows[1], QStringList({"title 0", "file0.doc"}));
-    EXPECT_EQ(body.rows[100000], QStringList({"title 99999", "file99999.doc"}));
-
-    // No shown column: the title alone, on an upright page.
-    const QString emptyPath = folder.file(QStringLiteral("Empty.docx"));
-    ASSERT_EQ(WriteDocxReport(emptyPath, kTitle, big, {}), std::nullopt);
-    const Body empty = ReadBody(Unzip(emptyPath).value("word/document.xml"));
-    EXPECT_EQ(QList<QVariant>({empty.error, empty.title, empty.rows.size(), empty.pageWidth}),
-              QList<QVariant>({QString(), kTitle, 0, 11906}));
-
-    // A missing folder is not created; a target that is a folder stays one; neither
-    // leaves a temporary file behind.
-    const GridModel grid = Grid(2);
-    const QString missing = folder.file(QStringLiteral("no such folder/Report.docx"));
-    const std::optional<QString> reason = WriteDocxReport(missing, kTitle, grid, {0});
-    ASSERT_TRUE(reason.has_value());
-    EXPECT_TRUE(reason->contains(missing)) << reason->toStdString();
-    EXPECT_FALSE(QFileInfo::exists(folder.file(QStringLiteral("no such folder"))));
-
-    const QString taken = folder.write(QStringLiteral("Taken.docx/inside"), "kept");
-    EXPECT_NE(WriteDocxReport(folder.file(QStringLiteral("Taken.docx")), kTitle, grid, {0}), std::nullopt);
-    EXPECT_EQ(ReadFile(taken), "kept");
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-              QStringList({"Big.docx", "Empty.docx", "Taken.docx"}));
+    EXPECT_EQ(pdf.count(QRegularExpression(QStringLiteral(R"(/MediaBox\s*\[\s*0 0 84[12](\.\d+)? 59[456](\.\d+)?\s*\])"))),
+              boxes) << "not landscape A4";
 }

@@ -18,21 +18,17 @@ using brindar::test::TempFolder;
 
 namespace {
 
-const QDateTime kNow(QDate(2026, 11, 15), QTime(14, 5));
-
-// Document, Title, Revision number, Pages (numeric), Client (a user-defined property).
-ColumnSet Columns()
+// The grid the reports are made of: Document, Title, Revision number, Pages (numeric),
+// Client (a user-defined property); escapes, numbers by the French rules, a hidden
+// column (Revision), a cell of blanks, sorted by Title. Or the same columns without rows.
+GridModel Grid(const Configuration& configuration, bool filled = true)
 {
-    return BuildColumns(IniDocument("[Proprietes]\r\nPages=1\r\nRevision=1\r\nTitre=1\r\n"
-                                    "[Personnelles]\r\ntextPerso2=Client\r\nchkPerso2=1\r\n"),
-                        Captions::English(), true);
-}
-
-// The grid the reports are made of: escapes, numbers by the French rules, a hidden
-// column (Revision), a cell of blanks, sorted by Title.
-GridModel Grid(const Configuration& configuration)
-{
-    GridModel grid(Columns(), configuration);
+    GridModel grid(BuildColumns(IniDocument("[Proprietes]\r\nPages=1\r\nRevision=1\r\nTitre=1\r\n"
+                                            "[Personnelles]\r\ntextPerso2=Client\r\nchkPerso2=1\r\n"),
+                                Captions::English(), true),
+                   configuration);
+    if (!filled)
+        return grid;
     grid.appendRows({
         {{"a&b.doc", "Tom & \"Jerry\" <2>", "1", "1,5", "  "}, true},
         {{"notes.txt", "Line\r\nbreak \u2013 dash", "2", "12", "Dupont; fils \u65E5\U0001F600"}, true},
@@ -42,9 +38,11 @@ GridModel Grid(const Configuration& configuration)
     return grid;
 }
 
+// A folder "My Docs" beside two images, and the configuration of section HTML `html`
+// ("IMAGES" standing for the images' folder).
 struct Page {
     TempFolder folder;
-    QString documents;
+    QString documents = folder.file(QStringLiteral("My Docs"));
     Configuration configuration;
     Substitutions substitutions;
     ReportsList list;
@@ -53,21 +51,16 @@ struct Page {
 
     explicit Page(const QByteArray& html)
     {
-        documents = folder.file(QStringLiteral("My Docs"));
         QDir().mkpath(documents);
         folder.write(QStringLiteral("images/back.gif"), "GIF89a-back");
         folder.write(QStringLiteral("images/logo.png"), "PNG-logo");
-        QByteArray ini = "[Configuration]\r\nLargeur2=0\r\n[HTML]\r\n" + html;
-        ini.replace("IMAGES", folder.file(QStringLiteral("images")).toUtf8());
-        configuration = ReadConfiguration(IniDocument(ini), true);
+        configuration = ReadConfiguration(
+            IniDocument(QByteArray("[Configuration]\r\nLargeur2=0\r\n[HTML]\r\n" + html).replace("IMAGES", folder.file(QStringLiteral("images")).toUtf8())), true);
     }
     ReportContext context() const
     {
-        ReportContext c{configuration, captions, system, substitutions, list};
-        c.now = kNow;
-        c.webdings = true;
-        c.locale = QLocale(QLocale::French, QLocale::France);
-        return c;
+        return {configuration, captions, system, substitutions, list, QDateTime(QDate(2026, 11, 15), QTime(14, 5)), true,
+                QLocale(QLocale::French, QLocale::France)};
     }
     // The page with the folder's path made "DIR", CR LF checked and made LF.
     QString read(const QString& path) const
@@ -78,10 +71,7 @@ struct Page {
     }
 };
 
-QString Golden(const char* name)
-{
-    return QString::fromLatin1(ReadFile(SourceFile(QStringLiteral("tests/reports/golden/") + QLatin1String(name))));
-}
+QString Golden(const char* name) { return QString::fromLatin1(ReadFile(SourceFile(QStringLiteral("tests/reports/golden/") + QLatin1String(name)))); }
 
 }  // namespace
 
@@ -111,8 +101,7 @@ TEST(HtmlReport, PageMatchesTheGolden)
 TEST(HtmlReport, CellRulesAndEmptyGrids)
 {
     // 255 gets one "00" only and stays malformed; digits-only values are padded.
-    const std::pair<qint32, const char*> colours[] = {
-        {16711680, "0000FF"}, {255, "FF00"}, {65535, "FFFF00"}, {0x123456, "563412"}, {0x1234, "341200"}};
+    const std::pair<qint32, const char*> colours[] = {{255, "FF00"}, {65535, "FFFF00"}, {0x123456, "563412"}, {0x123, "230100"}};
     for (const auto& [value, text] : colours)
         EXPECT_EQ(HeaderColour(value), QLatin1String(text)) << value;
     EXPECT_EQ(EscapeCellText(QStringLiteral("a\r\nb\u0001c\u2013d&<\">")), QStringLiteral("a b c-d&amp;&lt;&quot;&gt;"));
@@ -120,22 +109,20 @@ TEST(HtmlReport, CellRulesAndEmptyGrids)
     Page page("EffacerAnciensTableaux=1\r\n");
     page.configuration.prefixeTableau.clear();  // the options dialog can leave it empty
     page.folder.write(QStringLiteral("My Docs/keep.html"), "keep");
-    GridModel empty(Columns(), page.configuration);
+    const GridModel empty = Grid(page.configuration, false);
     const ReportOutcome none = WriteHtmlReport(empty, NaturalColumnOrder(5), page.documents, page.context());
     EXPECT_TRUE(none.nothingToReport);
     EXPECT_EQ(none.error, QStringLiteral("No file in this directory: no HTML report created"));
     EXPECT_EQ(WriteCsvReport(empty, NaturalColumnOrder(5), page.documents, page.context()).error,
               QStringLiteral("No file in this directory: no CSV report created"));
     // An empty prefix deletes nothing, even with the option on.
-    const ReportOutcome written =
-        WriteHtmlReport(Grid(page.configuration), NaturalColumnOrder(5), page.documents, page.context());
-    EXPECT_EQ(written.path, page.documents + QStringLiteral("/.html"));
+    EXPECT_EQ(WriteHtmlReport(Grid(page.configuration), NaturalColumnOrder(5), page.documents, page.context()).path,
+              page.documents + QStringLiteral("/.html"));
     EXPECT_TRUE(QFile::exists(page.documents + QStringLiteral("/keep.html")));
 
     // An unwritable target folder: the reason, not a crash.
-    const ReportOutcome failed =
-        WriteHtmlReport(Grid(page.configuration), NaturalColumnOrder(5), page.folder.write(QStringLiteral("plain"), "a file, not a folder") + QStringLiteral("/x"),
-                        page.context());
+    const ReportOutcome failed = WriteHtmlReport(Grid(page.configuration), NaturalColumnOrder(5),
+                                                 page.folder.write(QStringLiteral("plain"), "a file") + QStringLiteral("/x"), page.context());
     EXPECT_TRUE(failed.error && !failed.nothingToReport);
 }
 
@@ -152,26 +139,17 @@ TEST(CsvReport, FileMatchesTheGolden)
 
 TEST(ReportsListPage, PagesWithAndWithoutIndex)
 {
-    struct Row {
-        QByteArray html;
-        const char* golden;
-    };
-    const Row rows[] = {
-        {"IndexListes=1\r\nIndexType=0\r\nImageDebutTableau=IMAGES/logo.png\r\n", "list-numbered.html"},
-        {"IndexListes=1\r\nIndexType=1\r\nTotalDocuments=0\r\nDisplayDirectory=0\r\n", "list-dropdown.html"},
-    };
-    for (const Row& row : rows) {
-        Page page("PathListeTableaux=OUT\r\n" + row.html);
-        const QString out = page.folder.file(QStringLiteral("out"));
-        QDir().mkpath(out);
-        page.configuration.pathListeTableaux = out;
-        QDir().mkpath(page.folder.file(QStringLiteral("second")));
+    for (const auto& [html, golden] : {std::pair<QByteArray, const char*>("IndexType=0\r\nImageDebutTableau=IMAGES/logo.png\r\n", "list-numbered.html"),
+                                       {"IndexType=1\r\nTotalDocuments=0\r\nDisplayDirectory=0\r\n", "list-dropdown.html"}}) {
+        Page page("PathListeTableaux=OUT\r\nIndexListes=1\r\n" + html);
+        page.configuration.pathListeTableaux = page.folder.file(QStringLiteral("out"));
+        const QString second = page.folder.file(QStringLiteral("second"));
+        QDir().mkpath(page.configuration.pathListeTableaux);
+        QDir().mkpath(second);
         // The second entry is inactive and the third folder is gone: numbers 1 and 2,
         // but the denominator counts every active entry.
-        page.list = {{page.documents, QStringLiteral("Projects"), true},
-                     {page.folder.file(QStringLiteral("second")), page.folder.file(QStringLiteral("second")), false},
-                     {page.folder.file(QStringLiteral("gone")), QStringLiteral("Gone"), true},
-                     {page.folder.file(QStringLiteral("second")), page.folder.file(QStringLiteral("second")), true}};
+        page.list = {{page.documents, QStringLiteral("Projects"), true}, {second, second, false},
+                     {page.folder.file(QStringLiteral("gone")), QStringLiteral("Gone"), true}, {second, second, true}};
         QStringList scanned;
         const ReportOutcome outcome =
             WriteReportsListPage(page.list, NaturalColumnOrder(5), page.context(), [&](const QString& directory) {
@@ -180,7 +158,7 @@ TEST(ReportsListPage, PagesWithAndWithoutIndex)
             });
         ASSERT_FALSE(outcome.error);
         EXPECT_EQ(scanned.size(), 2);
-        EXPECT_EQ(page.read(outcome.path), Golden(row.golden)) << row.golden;
+        EXPECT_EQ(page.read(outcome.path), Golden(golden)) << golden;
     }
     Page empty("");
     EXPECT_EQ(WriteReportsListPage({}, NaturalColumnOrder(5), empty.context(), {}).error,

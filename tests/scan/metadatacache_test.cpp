@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 
 using namespace brindar;
-using brindar::test::TempFolder;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -19,30 +18,14 @@ namespace {
 // Every test keeps its cache in a folder of its own, never in the user's cache.
 class MetadataCache : public ::testing::Test {
 protected:
-    MetadataCache() : old_(qgetenv("XDG_CACHE_HOME")), had_(qEnvironmentVariableIsSet("XDG_CACHE_HOME"))
-    {
-        qputenv("XDG_CACHE_HOME", cache_.path().toUtf8());
-    }
-    ~MetadataCache() override
-    {
-        if (had_)
-            qputenv("XDG_CACHE_HOME", old_);
-        else
-            qunsetenv("XDG_CACHE_HOME");
-    }
-
-    // Puts raw bytes where the stream of `directory` for `codes` is looked for.
+    MetadataCache() { qputenv("XDG_CACHE_HOME", cache_.path().toUtf8()); }
+    QString path(const QString& codes) const { return MetadataCachePath(directory_, codes); }
+    // Puts raw bytes where the stream of `codes` is looked for.
     void writeStream(const QString& codes, const QByteArray& bytes) const
     {
-        const QString path = MetadataCachePath(directory_, codes);
-        ASSERT_TRUE(path.startsWith(cache_.path()));
-        cache_.write(path.mid(cache_.path().size() + 1), bytes);
+        cache_.write(path(codes).mid(cache_.path().size() + 1), bytes);
     }
-    QByteArray stream(const QString& codes) const
-    {
-        QFile f(MetadataCachePath(directory_, codes));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
+    QByteArray stream(const QString& codes) const { return test::ReadFile(path(codes)); }
     std::optional<QList<GridRow>> read(const QString& codes, QString* status = nullptr) const
     {
         return ReadMetadataCache(directory_, codes, Captions::English(), status);
@@ -52,54 +35,44 @@ protected:
         return WriteMetadataCache(directory_, codes, rows, Captions::English());
     }
 
-    TempFolder cache_;
-    TempFolder shown_;
+    test::TempFolder cache_, shown_;
     QString directory_ = shown_.path();
-
-private:
-    QByteArray old_;
-    bool had_;
 };
-
-GridRow Row(const QStringList& cells, bool hasMetadata = false) { return GridRow{cells, hasMetadata}; }
 
 }  // namespace
 
 TEST_F(MetadataCache, StreamLivesInTheCacheFolderUnderTheHashOfTheDirectory)
 {
-    EXPECT_EQ(CacheFolder(), cache_.path() + QStringLiteral("/brindar-pro"));
+    EXPECT_EQ(CacheFolder(), cache_.path() + u"/brindar-pro"_s);
     // The hashes are `printf '%s' PATH | sha1sum`.
-    EXPECT_EQ(MetadataCachePath(QStringLiteral("/tmp/brindar-cache-test/Docs/"), QStringLiteral(":meta.TI.AU")),
-              CacheFolder() + QStringLiteral("/streams/b442ddb531ed8947be0adc90b92d7f4c01fdf87b/meta.TI.AU"));
-    EXPECT_EQ(MetadataCachePath(QStringLiteral("/tmp/brindar-cache-test/Dossier été"), QStringLiteral(":meta")),
-              CacheFolder() + QStringLiteral("/streams/54fe2f10b3fb22e0b9fc705b652282a3a955ceb3/meta"));
+    EXPECT_EQ(MetadataCachePath(u"/tmp/brindar-cache-test/Docs/"_s, u":meta.TI.AU"_s),
+              CacheFolder() + u"/streams/b442ddb531ed8947be0adc90b92d7f4c01fdf87b/meta.TI.AU"_s);
+    EXPECT_EQ(MetadataCachePath(u"/tmp/brindar-cache-test/Dossier été"_s, u":meta"_s),
+              CacheFolder() + u"/streams/54fe2f10b3fb22e0b9fc705b652282a3a955ceb3/meta"_s);
     // Every column switched on: the list outgrows a file name, yet two sets stay apart.
-    QString all = QStringLiteral(":meta");
-    for (int i = 0; i < 90; ++i)
-        all += QStringLiteral(".X%1").arg(i % 10);
-    const QString longName = QFileInfo(MetadataCachePath(directory_, all)).fileName();
-    EXPECT_LE(longName.toUtf8().size(), 255);
-    EXPECT_NE(longName, QFileInfo(MetadataCachePath(directory_, all + QStringLiteral(".P0"))).fileName());
-    EXPECT_EQ(write(all, {Row({QStringLiteral("a.doc")})}).left(13), u"writing cache");
+    const QString all = u":meta"_s + u".X0.X1.X2.X3.X4.X5.X6.X7.X8.X9"_s.repeated(9);
+    EXPECT_LE(QFileInfo(path(all)).fileName().toUtf8().size(), 255);
+    EXPECT_NE(QFileInfo(path(all)).fileName(), QFileInfo(path(all + u".P0"_s)).fileName());
+    EXPECT_TRUE(write(all, {GridRow{{u"a.doc"_s}, false}}).startsWith(u"writing cache"));
     EXPECT_TRUE(read(all));
 }
 
 TEST_F(MetadataCache, RowsComeBackAsWritten)
 {
-    const QString codes = QStringLiteral(":meta.TI.AU.P3");
+    const QString codes = u":meta.TI.AU.P3"_s;
     const QList<GridRow> rows = {
-        Row({u"plain.doc"_s, u"Title"_s, u"Author"_s, u"Client"_s}, true),
-        Row({u"tab\tand\\back.pdf"_s, u"a\\tb"_s, u"line\r\nbreak\n"_s, u"\\"_s}, true),
-        Row({u"été €.odt"_s, u"Ünïcödé 😀"_s, u"\uFEFFmark"_s, QString()}, true),
-        Row({QStringLiteral("nothing.txt"), QString(), QString(), QString()}),
+        {{u"plain.doc"_s, u"Title"_s, u"Author"_s, u"Client"_s}, true},
+        {{u"tab\tand\\back.pdf"_s, u"a\\tb"_s, u"line\r\nbreak\n"_s, u"\\"_s}, true},
+        {{u"été €.odt"_s, u"Ünïcödé 😀"_s, u"\uFEFFmark"_s, QString()}, true},
+        {{u"nothing.txt"_s, QString(), QString(), QString()}, false},
         // The has-metadata flag is not kept: a row with a value has metadata when read back.
-        Row({QStringLiteral("flag.doc"), QString(), QString(), QStringLiteral("x")}, false),
+        {{u"flag.doc"_s, QString(), QString(), u"x"_s}, false},
         // A row with missing cells is written with empty ones.
-        Row({QStringLiteral("short.doc"), QStringLiteral("T")}, true),
+        {{u"short.doc"_s, u"T"_s}, true},
     };
     const QString written = write(codes, rows);
     const QByteArray bytes = stream(codes);
-    EXPECT_EQ(written, QStringLiteral("writing cache %1 bytes").arg(bytes.size()));
+    EXPECT_EQ(written, u"writing cache %1 bytes"_s.arg(bytes.size()));
     // One tab after every cell, CR after every row; escapes keep the layout intact.
     EXPECT_TRUE(bytes.startsWith("plain.doc\tTitle\tAuthor\tClient\t\rtab\\tand\\\\back.pdf\ta\\\\tb\t"
                                  "line\\r\\nbreak\\n\t\\\\\t\r\xC3\xA9t\xC3\xA9 \xE2\x82\xAC.odt\t"));
@@ -108,14 +81,13 @@ TEST_F(MetadataCache, RowsComeBackAsWritten)
     QString status;
     const auto back = read(codes, &status);
     ASSERT_TRUE(back);
-    EXPECT_EQ(status, QStringLiteral("reading cache %1 bytes").arg(bytes.size()));
+    EXPECT_EQ(status, u"reading cache %1 bytes"_s.arg(bytes.size()));
     ASSERT_EQ(back->size(), rows.size());
-    const QList<bool> flags = {true, true, true, false, true, true};
     for (int r = 0; r < rows.size(); ++r) {
         QStringList expected = rows[r].cells;
         expected.resize(4);
         EXPECT_EQ((*back)[r].cells, expected) << r;
-        EXPECT_EQ((*back)[r].hasMetadata, flags[r]) << r;
+        EXPECT_EQ((*back)[r].hasMetadata, r != 3) << r;  // only nothing.txt has no value
     }
 }
 
@@ -125,10 +97,10 @@ TEST_F(MetadataCache, LargeStreamsReadAcrossChunks)
     // rows, escapes and characters.
     QList<GridRow> rows;
     for (int i = 0; i < 4000; ++i)
-        rows << Row({u"file%1.doc"_s.arg(i), QString(i % 37, QChar(0x20AC)) + u"\\\t%1"_s.arg(i)}, true);
-    write(QStringLiteral(":meta.TI"), rows);
-    ASSERT_GT(stream(QStringLiteral(":meta.TI")).size(), 3 * 64 * 1024);
-    const auto back = read(QStringLiteral(":meta.TI"));
+        rows << GridRow{{u"file%1.doc"_s.arg(i), QString(i % 37, QChar(0x20AC)) + u"\\\t%1"_s.arg(i)}, true};
+    write(u":meta.TI"_s, rows);
+    ASSERT_GT(stream(u":meta.TI"_s).size(), 3 * 64 * 1024);
+    const auto back = read(u":meta.TI"_s);
     ASSERT_TRUE(back);
     ASSERT_EQ(back->size(), rows.size());
     for (int r = 0; r < rows.size(); ++r)
@@ -137,38 +109,31 @@ TEST_F(MetadataCache, LargeStreamsReadAcrossChunks)
 
 TEST_F(MetadataCache, ColumnSetsHaveStreamsOfTheirOwn)
 {
-    write(u":meta.TI.AU"_s, {Row({u"a.doc"_s, u"T"_s, u"A"_s})});
-    EXPECT_FALSE(read(QStringLiteral(":meta.TI")));  // adding or removing a column rescans
-    write(QStringLiteral(":meta.TI"), {Row({QStringLiteral("b.doc"), QStringLiteral("U")})});
-    EXPECT_EQ(read(QStringLiteral(":meta.TI.AU")).value().first().cells.first(), u"a.doc");
-    EXPECT_EQ(read(QStringLiteral(":meta.TI")).value().first().cells.first(), u"b.doc");
+    write(u":meta.TI.AU"_s, {GridRow{{u"a.doc"_s, u"T"_s, u"A"_s}, true}});
+    EXPECT_FALSE(read(u":meta.TI"_s));  // adding or removing a column rescans
+    write(u":meta.TI"_s, {GridRow{{u"b.doc"_s, u"U"_s}, true}});
+    EXPECT_EQ(read(u":meta.TI"_s).value().first().cells.first(), u"b.doc");
 
     // Refresh: the stream is emptied, which is a miss; the other set's stream stays.
-    InvalidateMetadataCache(directory_, QStringLiteral(":meta.TI"));
-    EXPECT_TRUE(QFileInfo::exists(MetadataCachePath(directory_, QStringLiteral(":meta.TI"))));
-    EXPECT_TRUE(stream(QStringLiteral(":meta.TI")).isEmpty());
-    QString status = QStringLiteral("old");
-    EXPECT_FALSE(read(QStringLiteral(":meta.TI"), &status));
+    InvalidateMetadataCache(directory_, u":meta.TI"_s);
+    EXPECT_TRUE(QFileInfo::exists(path(u":meta.TI"_s)));
+    EXPECT_TRUE(stream(u":meta.TI"_s).isEmpty());
+    QString status = u"old"_s;
+    EXPECT_FALSE(read(u":meta.TI"_s, &status));
     EXPECT_EQ(status, QString());
-    EXPECT_TRUE(read(QStringLiteral(":meta.TI.AU")));
+    EXPECT_EQ(read(u":meta.TI.AU"_s).value().first().cells.first(), u"a.doc");
 
     // An empty directory writes no stream; invalidating a missing one creates none.
-    EXPECT_EQ(write(QStringLiteral(":meta.AU"), {}), QString());
-    InvalidateMetadataCache(directory_, QStringLiteral(":meta.AU"));
-    EXPECT_FALSE(QFileInfo::exists(MetadataCachePath(directory_, QStringLiteral(":meta.AU"))));
-    EXPECT_FALSE(read(QStringLiteral(":meta.AU")));
+    EXPECT_EQ(write(u":meta.AU"_s, {}), QString());
+    InvalidateMetadataCache(directory_, u":meta.AU"_s);
+    EXPECT_FALSE(QFileInfo::exists(path(u":meta.AU"_s)));
 }
 
 TEST_F(MetadataCache, DamagedStreamsMiss)
 {
-    const QString codes = QStringLiteral(":meta.TI");
-    write(codes, {Row({u"a.doc"_s, u"été"_s}), Row({u"b.doc"_s, u"x"_s})});
-    const QByteArray good = stream(codes);
-    const struct {
-        const char* why;
-        QByteArray bytes;
-        bool hit;
-    } cases[] = {
+    write(u":meta.TI"_s, {GridRow{{u"a.doc"_s, u"été"_s}, false}, GridRow{{u"b.doc"_s, u"x"_s}, false}});
+    const QByteArray good = stream(u":meta.TI"_s);
+    const struct { const char* why; QByteArray bytes; bool hit; } cases[] = {
         {"written", good, true},
         {"a row with fewer cells is padded", "a.doc\t\r", true},
         {"empty", "", false},
@@ -178,36 +143,31 @@ TEST_F(MetadataCache, DamagedStreamsMiss)
         {"a row without any cell", "a.doc\tT\t\r\r", false},
         {"more cells than columns", "a.doc\tT\tA\t\r", false},
         {"unknown escape", "a.doc\t\\x\t\r", false},
-        {"backslash before the tab", "a.doc\tT\\\t\r", false},
         {"raw line feed", "a.doc\tT\nU\t\r", false},
         {"not UTF-8", "a.doc\t\xE9t\xE9\t\r", false},
-        {"zeros", QByteArray(5000, '\0'), false},
         {"zeros ending in CR", QByteArray(5000, '\0') + '\r', false},
     };
     for (const auto& c : cases) {
-        writeStream(codes, c.bytes);
-        EXPECT_EQ(read(codes).has_value(), c.hit) << c.why;
+        writeStream(u":meta.TI"_s, c.bytes);
+        EXPECT_EQ(read(u":meta.TI"_s).has_value(), c.hit) << c.why;
     }
 }
 
 TEST_F(MetadataCache, HugeStreamIsRefusedWithoutReadingIt)
 {
-    writeStream(QStringLiteral(":meta"), "a.doc\t\r");
-    QFile file(MetadataCachePath(directory_, QStringLiteral(":meta")));
-    // Sparse: no disk space and no memory is used.
-    ASSERT_TRUE(file.resize(kMetadataCacheLimit + 1));
+    writeStream(u":meta"_s, "a.doc\t\r");
+    ASSERT_TRUE(QFile(path(u":meta"_s)).resize(kMetadataCacheLimit + 1));  // sparse: no disk and no memory used
     QString status;
-    EXPECT_FALSE(read(QStringLiteral(":meta"), &status));
+    EXPECT_FALSE(read(u":meta"_s, &status));
     EXPECT_EQ(status, u" error reading cache - not enough memory");
 }
 
 TEST_F(MetadataCache, UnwritableCacheFolderGivesTheReadOnlyMessage)
 {
     // Root can write into any folder, so the folder of streams is made a plain file.
-    cache_.write(QStringLiteral("brindar-pro/streams"), "not a folder");
-    const QList<GridRow> rows = {Row({QStringLiteral("a.doc")})};
-    EXPECT_EQ(write(QStringLiteral(":meta"), rows), u"error writing cache - directory is probably read only");
-    InvalidateMetadataCache(directory_, QStringLiteral(":meta"));
-    EXPECT_FALSE(read(QStringLiteral(":meta")));
-    EXPECT_EQ(cache_.read(QStringLiteral("brindar-pro/streams")), "not a folder");
+    cache_.write(u"brindar-pro/streams"_s, "not a folder");
+    EXPECT_EQ(write(u":meta"_s, {GridRow{{u"a.doc"_s}, false}}), u"error writing cache - directory is probably read only");
+    InvalidateMetadataCache(directory_, u":meta"_s);
+    EXPECT_FALSE(read(u":meta"_s));
+    EXPECT_EQ(cache_.read(u"brindar-pro/streams"_s), "not a folder");
 }
