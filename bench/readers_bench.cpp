@@ -5,6 +5,7 @@
 #include "readers/officeproperties.h"
 #include "readers/openofficereader.h"
 #include "readers/pdfreader.h"
+#include "readers/readertable.h"
 #include "readers/xmpreader.h"
 
 #include <QCoreApplication>
@@ -204,8 +205,8 @@ int main(int argc, char** argv)
         for (int i = 0; i < count; ++i) {
             OfficeProperties p;
             if (p.open(folder.filePath(QStringLiteral("f%1.doc").arg(i)), OfficeProperties::kModeRead)) {
-                for (const OfficeField& field : OfficeFields())
-                    field.get(p);
+                for (const OfficeColumn& column : OfficeColumns())
+                    column.text(p, false);
                 found += p.title().has_value() && p.userDefinedCount() == 1;
             }
         }

@@ -1,16 +1,18 @@
 // The brindar program: long options, batch mode, and (later) the window.
 #include "app/commandline.h"
+#include "core/captionids.h"
 #include "core/session.h"
-#include "core/configurationfiles.h"
 #include "export/batchmode.h"
+#include "platform/folders.h"
+#include "platform/systeminfo.h"
+#include "platform/terminal.h"
+#include "readers/readertable.h"
 #include "reports/csvreport.h"
 #include "reports/docxreport.h"
 #include "reports/htmlreport.h"
-#include "platform/directory.h"
-#include "platform/folders.h"
-#include "platform/systeminfo.h"
 #include "scan/directoryscan.h"
 #include "scan/gridmodel.h"
+#include "version.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -20,18 +22,6 @@
 using namespace brindar;
 
 namespace {
-
-const char* ReaderName(unsigned bit)
-{
-    switch (bit) {
-    case kReaderOpenOffice: return "OpenOffice";
-    case kReaderHtml: return "HTML";
-    case kReaderPdf: return "PDF";
-    case kReaderIptc: return "IPTC";
-    case kReaderXmp: return "XMP";
-    }
-    return "?";
-}
 
 int ShowColumns(QTextStream& out)
 {
@@ -51,9 +41,10 @@ int ShowColumns(QTextStream& out)
     }
     out << "Column codes:    " << session.columns.codeList << '\n';
     QStringList readers;
-    for (unsigned bit = kReaderOpenOffice; bit <= kReaderXmp; bit <<= 1)
-        if (session.columns.readerFlags & bit)
-            readers << QLatin1String(ReaderName(bit));
+    const unsigned filling = ReadersFilling(session.columns);
+    for (const ReaderInfo& reader : Readers())
+        if (filling & reader.bit)
+            readers << QLatin1String(reader.name);
     out << "Readers:         " << (readers.isEmpty() ? QStringLiteral("none") : readers.join(u", ")) << '\n';
     out << "Languages:       " << OfferedLanguages(session.settingsFolder, session.dataFolder).join(u", ") << '\n';
     return 0;
@@ -68,10 +59,19 @@ QString Escaped(QString cell)
         .replace(u'\n', QStringLiteral("\\n"));
 }
 
+// The folder the user named becomes the configuration's "Repertoire", as a folder shown
+// in the window does; a setting that cannot be saved is said, and the work goes on.
+void RememberFolder(Session& session, const QString& folder, QTextStream& err)
+{
+    if (auto error = session.write(SettingsChange().set(key::Repertoire, folder)))
+        err << *error << '\n';
+}
+
 int Scan(const QString& directory, QTextStream& out, QTextStream& err)
 {
-    const Session session = StartSession(SettingsFolder(), DataFolder(), CurrentSystem());
+    Session session = StartSession(SettingsFolder(), DataFolder(), CurrentSystem());
     const QString folder = QDir::cleanPath(QDir(directory).absolutePath());
+    RememberFolder(session, folder, err);
     QStringList captions;
     for (const Column& column : session.columns.columns)
         captions << Escaped(column.header.trimmed());
@@ -88,22 +88,26 @@ int Scan(const QString& directory, QTextStream& out, QTextStream& err)
     const bool sorted = session.configuration.sort.has_value();
     GridModel grid(session.columns, session.configuration);
     const bool progress = StandardErrorIsTerminal();
-    const ScanResult result = ScanDirectory(
-        session, ScanRequest{folder, false, 0},
-        [&](const GridRow& row) {
-            if (sorted)
-                grid.appendRow(row);
-            else
+    ScanCallbacks callbacks;
+    callbacks.onRows = [&](const QList<GridRow>& rows) {
+        if (sorted)
+            grid.appendRows(rows);
+        else
+            for (const GridRow& row : rows)
                 print(row);
-        },
-        [&](const ScanProgress& p) {
-            if (progress && (p.done % 97 == 0 || p.done == p.total))
-                err << QStringLiteral("\r%1/%2 %3\x1b[K").arg(p.done).arg(p.total).arg(p.name.left(60)) << Qt::flush;
-        });
+    };
+    if (progress)
+        callbacks.onProgress = [&, shown = 0](const ScanProgress& p) mutable {
+            if (p.done - shown < 97 && p.done != p.total)
+                return;
+            shown = p.done;
+            err << QStringLiteral("\r%1/%2 %3\x1b[K").arg(p.done).arg(p.total).arg(p.name.left(60)) << Qt::flush;
+        };
+    const ScanResult result = ScanDirectory(session, ScanRequest{folder, false, 0}, callbacks);
     if (sorted) {
         grid.applySavedSort();
-        for (const GridRow& row : grid.rows())
-            print(row);
+        for (int row = 0; row < grid.rowCount(); ++row)
+            print(grid.row(row));
     }
     out.flush();
     if (progress)
@@ -111,7 +115,7 @@ int Scan(const QString& directory, QTextStream& out, QTextStream& err)
     for (const QString& message : result.messages)
         err << message << '\n';
     if (!result.listed) {
-        err << session.captions.text(CaptionSection::Main, 76) << ' ' << folder << '\n';
+        err << session.captions.text(caption::DirectoryNotFound) << ' ' << folder << '\n';
         return 2;
     }
     if (!result.cacheStatus.isEmpty())
@@ -124,12 +128,8 @@ int Scan(const QString& directory, QTextStream& out, QTextStream& err)
 // write, print the path. Nothing is asked and nothing is opened.
 int Report(const QString& kind, const QString& directory, QTextStream& out, QTextStream& err)
 {
-    const Session session = StartSession(SettingsFolder(), DataFolder(), CurrentSystem());
-    const QString configurationFolder = QFileInfo(session.configurationPath).absolutePath();
-    const Substitutions substitutions =
-        ReadSubstitutions(SubstitutionsPath(configurationFolder, session.chooser.nom));
-    const ReportsList list = ReadReportsList(ReportsListPath(configurationFolder, session.chooser.nom));
-    const ReportContext context{session.configuration, session.captions, session.system, substitutions, list};
+    Session session = StartSession(SettingsFolder(), DataFolder(), CurrentSystem());
+    const ReportContext context = ReportContextOf(session);
     const QList<int>& order = session.columns.htmlOrder;
     const auto scan = [&](const QString& folder) {
         ScanResult result;
@@ -141,16 +141,14 @@ int Report(const QString& kind, const QString& directory, QTextStream& out, QTex
 
     ReportOutcome outcome;
     if (kind == u"list") {
-        outcome = WriteReportsListPage(list, order, context, scan);
-        // The folders of the list were each shown in turn; the one shown before comes back.
-        SaveOption(session.configurationPath, QStringLiteral("Configuration"), QStringLiteral("Repertoire"),
-                   session.configuration.repertoire);
+        outcome = WriteReportsListPage(context.reportsList, order, context, scan);
     } else {
         const QString folder = QDir::cleanPath(QDir(directory).absolutePath());
         if (!QFileInfo(folder).isDir()) {
-            err << session.captions.text(CaptionSection::Main, 76) << ' ' << folder << '\n';
+            err << session.captions.text(caption::DirectoryNotFound) << ' ' << folder << '\n';
             return 2;
         }
+        RememberFolder(session, folder, err);
         const GridModel grid = scan(folder);
         if (kind == u"html") {
             outcome = WriteHtmlReport(grid, order, folder, context);

@@ -1,6 +1,9 @@
 // Windows-1252 in both directions, with Microsoft's best-fit table for what has no byte.
 #include "core/codepage.h"
 
+#include "platform/iconv.h"
+
+#include <QStringDecoder>
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -137,6 +140,36 @@ bool FitsWin1252(QStringView text)
             return false;
     }
     return true;
+}
+
+std::optional<QString> DecodeCodePage(QByteArrayView bytes, int codePage)
+{
+    switch (codePage) {
+    case 1252:
+        return DecodeWin1252(bytes);
+    case 1200:
+        return QStringDecoder(QStringDecoder::Utf16LE).decode(bytes);
+    case 1201:
+        return QStringDecoder(QStringDecoder::Utf16BE).decode(bytes);
+    case 65001:
+        return QString::fromUtf8(bytes);
+    default:
+        return IconvDecode(bytes, codePage);
+    }
+}
+
+std::optional<QByteArray> EncodeCodePage(const QString& text, int codePage)
+{
+    switch (codePage) {
+    case 1252:
+        return FitsWin1252(text) ? std::optional<QByteArray>(EncodeWin1252(text)) : std::nullopt;
+    case 1200:
+        return QByteArray(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
+    case 65001:
+        return text.toUtf8();
+    default:
+        return IconvEncode(text, codePage);
+    }
 }
 
 }  // namespace brindar

@@ -5,6 +5,7 @@
 #include <QByteArrayView>
 #include <QString>
 #include <QStringView>
+#include <optional>
 
 namespace brindar {
 
@@ -20,5 +21,14 @@ QByteArray EncodeWin1252(QStringView text);
 
 // True when every character has an exact Windows-1252 byte (no best fit, no '?').
 bool FitsWin1252(QStringView text);
+
+// Decodes bytes written in the Windows code page `codePage` (1252, 1250, 932, 65001,
+// 10000 ...): Windows-1252 by the table above, 1200/1201 as UTF-16, 65001 as UTF-8,
+// every other code page through the system. Nothing when the code page is unknown.
+std::optional<QString> DecodeCodePage(QByteArrayView bytes, int codePage);
+
+// The bytes of `text` in code page `codePage`; nothing when the code page cannot hold
+// every character of it (no best fit: a value written back must read back the same).
+std::optional<QByteArray> EncodeCodePage(const QString& text, int codePage);
 
 }  // namespace brindar

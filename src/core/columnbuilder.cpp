@@ -1,6 +1,8 @@
 // The column builder: the only place that turns switches into grid columns.
 #include "core/columnbuilder.h"
 
+#include "core/columnorder.h"
+#include "core/settings.h"
 #include "core/configuration.h"
 #include "core/inifile.h"
 #include "core/language.h"
@@ -43,13 +45,10 @@ ColumnSet BuildColumns(const IniDocument& configuration, const Captions& caption
 
     auto addUserSlots = [&] {
         for (int n = 0; n < kUserSlotCount; ++n) {
-            const QString slot = QString::number(n);
-            set.userNames[n] = configuration.value(QLatin1String(kUserSection), QStringLiteral("textPerso") + slot);
-            set.userChecked[n] = configuration.value(QLatin1String(kUserSection), QStringLiteral("chkPerso") + slot) == u"1";
-            if (set.userChecked[n] && !set.userNames[n].isEmpty()) {
-                set.readerFlags |= kUserSlotReaders;
-                AddColumn(set, Column{QStringLiteral(".P") + slot, set.userNames[n], u' ' + set.userNames[n], -1, n, false});
-            }
+            set.userNames[n] = configuration.value(key::TextPerso, n);
+            set.userChecked[n] = configuration.value(key::ChkPerso, n) == u"1";
+            if (set.userChecked[n] && !set.userNames[n].isEmpty())
+                AddColumn(set, Column{QStringLiteral(".P") + QString::number(n), set.userNames[n], u' ' + set.userNames[n], -1, n, false});
         }
     };
 
@@ -59,42 +58,18 @@ ColumnSet BuildColumns(const IniDocument& configuration, const Captions& caption
         const FieldInfo& field = fields[i];
         if ((field.notes & kNoteNtOnly) && !nt)
             continue;
-        if (configuration.value(QLatin1String(field.section), QLatin1String(field.key)) != u"1")
+        if (configuration.value(FieldKey(field)) != u"1")
             continue;
         set.displayed[i] = true;
-        set.readerFlags |= field.readers;
         const QString caption = captions.text(CaptionSection::Metadata, field.caption);
         // The short name column is padded by two blanks, every other one by one.
         const QString padding = i == 0 ? QStringLiteral("  ") : QStringLiteral(" ");
         AddColumn(set, Column{QLatin1String(field.code), caption, padding + caption, i, -1, false});
     }
 
-    set.macintoshAccents = configuration.value(QStringLiteral("XML"), QStringLiteral("IPTCMacXML")) == u"1";
+    set.macintoshAccents = configuration.value(key::IPTCMacXML) == u"1";
     set.htmlOrder = ReadColumnOrder(configuration, int(set.columns.size()));
     return set;
-}
-
-QList<int> ReadColumnOrder(const IniDocument& configuration, int count)
-{
-    QList<int> natural(count);
-    for (int i = 0; i < count; ++i)
-        natural[i] = i;
-    const QString section = QStringLiteral("Columns");
-    if (!configuration.contains(section, QStringLiteral("NbColumns"))
-        || LeadingNumber(configuration.value(section, QStringLiteral("NbColumns"))) != count)
-        return natural;
-    QList<int> order(count);
-    QList<bool> seen(count, false);
-    for (int p = 0; p < count; ++p) {
-        const qint64 column = LeadingNumber(configuration.value(section, QString::number(p + 1))) - 1;
-        // A hand-edited section that is not a permutation would make reports skip or
-        // repeat columns: the natural order is shown instead.
-        if (column < 0 || column >= count || seen[column])
-            return natural;
-        seen[column] = true;
-        order[p] = int(column);
-    }
-    return order;
 }
 
 }  // namespace brindar

@@ -29,7 +29,6 @@ struct ColumnSet {
     std::vector<bool> displayed;  // per row of FieldTable()
     std::array<QString, kUserSlotCount> userNames;
     std::array<bool, kUserSlotCount> userChecked{};
-    unsigned readerFlags = kReaderNone;  // ReaderFamily bits of the displayed columns
     bool macintoshAccents = false;
     QList<int> htmlOrder;  // position -> grid column, a permutation of the columns
 
@@ -40,9 +39,5 @@ struct ColumnSet {
 // Reads the switches of `configuration` and builds the columns, their headers from
 // `captions`. `nt` says whether the Macintosh comments column may exist.
 ColumnSet BuildColumns(const IniDocument& configuration, const Captions& captions, bool nt);
-
-// The saved HTML column order of section "Columns" when "NbColumns" equals `count`
-// and the keys form a permutation; the natural order otherwise.
-QList<int> ReadColumnOrder(const IniDocument& configuration, int count);
 
 }  // namespace brindar

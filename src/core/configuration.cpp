@@ -1,8 +1,9 @@
 // Reading a configuration file: one table of keys with their types and defaults.
 #include "core/configuration.h"
 
-#include "core/configurationfiles.h"
 #include "core/inifile.h"
+#include "core/paths.h"
+#include "core/settings.h"
 
 #include <QFileInfo>
 #include <limits>
@@ -32,58 +33,55 @@ struct ColourKey {
 };
 
 struct KeyRow {
-    const char* section;
-    const char* key;
+    const SettingKey& setting;
     std::variant<BoolKey, TextKey, ColourKey> kind;
 };
 
 using C = Configuration;
-constexpr const char* kConf = "Configuration";
-constexpr const char* kHtml = "HTML";
 
 const KeyRow kKeys[] = {
-    {kConf, "Langue", TextKey{&C::langue, false}},
-    {kConf, "Repertoire", TextKey{&C::repertoire, false}},
-    {kConf, "InclureExtensions", BoolKey{&C::inclureExtensions, BoolRule::OnlyOneTurnsOn}},
-    {kConf, "ExtensionsSelected", TextKey{&C::extensionsSelected, true}},
-    {kConf, "ExtensionsExcluded", TextKey{&C::extensionsExcluded, true}},
-    {kConf, "ExtensionsSelectedForModification", TextKey{&C::extensionsSelectedForModification, true}},
-    {kConf, "InclureTout", BoolKey{&C::inclureTout, BoolRule::AnyButOneTurnsOff}},
-    {kConf, "UseNTFSCache", BoolKey{&C::useNtfsCache, BoolRule::OnlyOneTurnsOn}},
-    {kConf, "InclureOffice", BoolKey{&C::inclureOffice, BoolRule::OnlyOneTurnsOn}},
-    {kConf, "InclureOO", BoolKey{&C::inclureOO, BoolRule::OnlyOneTurnsOn}},
-    {kConf, "InclurePDF", BoolKey{&C::inclurePdf, BoolRule::OnlyOneTurnsOn}},
-    {kConf, "InclureHTML", BoolKey{&C::inclureHtml, BoolRule::OnlyOneTurnsOn}},
-    {kConf, "InclureJPEG", BoolKey{&C::inclureJpeg, BoolRule::OnlyOneTurnsOn}},
-    {kConf, "InclureXMP", BoolKey{&C::inclureXmp, BoolRule::OnlyOneTurnsOn}},
-    {kConf, "InclureCaches", BoolKey{&C::inclureCaches, BoolRule::OnlyZeroTurnsOff}},
-    {kConf, "Surligner", BoolKey{&C::surligner, BoolRule::OnlyZeroTurnsOff}},
-    {kConf, "SurlignerProprietesPersonnelles", BoolKey{&C::surlignerProprietesPersonnelles, BoolRule::OnlyZeroTurnsOff}},
-    {kConf, "CouleurSurlignage", ColourKey{&C::couleurSurlignage}},
-    {kConf, "ToolTips", BoolKey{&C::toolTips, BoolRule::CannotTurnOff}},
-    {kConf, "Contextuel", BoolKey{&C::contextuel, BoolRule::CannotTurnOff}},
-    {kConf, "DoubleClicProprietes", BoolKey{&C::doubleClicProprietes, BoolRule::OnlyOneTurnsOn}},
-    {kConf, "BarreHorizontale", BoolKey{&C::barreHorizontale, BoolRule::OnlyOneTurnsOn}},
-    {kConf, "LocalTime", BoolKey{&C::localTime, BoolRule::OnlyOneTurnsOn}},
-    {kHtml, "PrefixeTableau", TextKey{&C::prefixeTableau, false}},
-    {kHtml, "AjouterDate", BoolKey{&C::ajouterDate, BoolRule::OnlyOneTurnsOn}},
-    {kHtml, "EffacerAnciensTableaux", BoolKey{&C::effacerAnciensTableaux, BoolRule::CannotTurnOff}},
-    {kHtml, "ImagesSuivent", BoolKey{&C::imagesSuivent, BoolRule::OnlyOneTurnsOn}},
-    {kHtml, "PathListeTableaux", TextKey{&C::pathListeTableaux, false}},
-    {kHtml, "IndexListes", BoolKey{&C::indexListes, BoolRule::OnlyZeroTurnsOff}},
-    {kHtml, "IndexType", BoolKey{&C::indexType, BoolRule::OnlyZeroTurnsOff}},
-    {kHtml, "TexteEnTete", TextKey{&C::texteEnTete, false}},
-    {kHtml, "TexteEnTete2", TextKey{&C::texteEnTete2, false}},
-    {kHtml, "ImageEnTete", TextKey{&C::imageEnTete, false}},
-    {kHtml, "RenvoiALaLigne", BoolKey{&C::renvoiALaLigne, BoolRule::OnlyOneTurnsOn}},
-    {kHtml, "CouleurTitre", ColourKey{&C::couleurTitre}},
-    {kHtml, "ImageFond", TextKey{&C::imageFond, false}},
-    {kHtml, "ImageDebutTableau", TextKey{&C::imageDebutTableau, false}},
-    {kHtml, "TotalDocuments", BoolKey{&C::totalDocuments, BoolRule::OnlyZeroTurnsOff}},
-    {kHtml, "DisplayDirectory", BoolKey{&C::displayDirectory, BoolRule::OnlyZeroTurnsOff}},
-    {kHtml, "TextePied", TextKey{&C::textePied, false}},
-    {kHtml, "TextePied2", TextKey{&C::textePied2, false}},
-    {kHtml, "ImagePied", TextKey{&C::imagePied, false}},
+    {key::Langue, TextKey{&C::langue, false}},
+    {key::Repertoire, TextKey{&C::repertoire, false}},
+    {key::InclureExtensions, BoolKey{&C::inclureExtensions, BoolRule::OnlyOneTurnsOn}},
+    {key::ExtensionsSelected, TextKey{&C::extensionsSelected, true}},
+    {key::ExtensionsExcluded, TextKey{&C::extensionsExcluded, true}},
+    {key::ExtensionsSelectedForModification, TextKey{&C::extensionsSelectedForModification, true}},
+    {key::InclureTout, BoolKey{&C::inclureTout, BoolRule::AnyButOneTurnsOff}},
+    {key::UseNTFSCache, BoolKey{&C::useNtfsCache, BoolRule::OnlyOneTurnsOn}},
+    {key::InclureOffice, BoolKey{&C::inclureOffice, BoolRule::OnlyOneTurnsOn}},
+    {key::InclureOO, BoolKey{&C::inclureOO, BoolRule::OnlyOneTurnsOn}},
+    {key::InclurePDF, BoolKey{&C::inclurePdf, BoolRule::OnlyOneTurnsOn}},
+    {key::InclureHTML, BoolKey{&C::inclureHtml, BoolRule::OnlyOneTurnsOn}},
+    {key::InclureJPEG, BoolKey{&C::inclureJpeg, BoolRule::OnlyOneTurnsOn}},
+    {key::InclureXMP, BoolKey{&C::inclureXmp, BoolRule::OnlyOneTurnsOn}},
+    {key::InclureCaches, BoolKey{&C::inclureCaches, BoolRule::OnlyZeroTurnsOff}},
+    {key::Surligner, BoolKey{&C::surligner, BoolRule::OnlyZeroTurnsOff}},
+    {key::SurlignerProprietesPersonnelles, BoolKey{&C::surlignerProprietesPersonnelles, BoolRule::OnlyZeroTurnsOff}},
+    {key::CouleurSurlignage, ColourKey{&C::couleurSurlignage}},
+    {key::ToolTips, BoolKey{&C::toolTips, BoolRule::CannotTurnOff}},
+    {key::Contextuel, BoolKey{&C::contextuel, BoolRule::CannotTurnOff}},
+    {key::DoubleClicProprietes, BoolKey{&C::doubleClicProprietes, BoolRule::OnlyOneTurnsOn}},
+    {key::BarreHorizontale, BoolKey{&C::barreHorizontale, BoolRule::OnlyOneTurnsOn}},
+    {key::LocalTime, BoolKey{&C::localTime, BoolRule::OnlyOneTurnsOn}},
+    {key::PrefixeTableau, TextKey{&C::prefixeTableau, false}},
+    {key::AjouterDate, BoolKey{&C::ajouterDate, BoolRule::OnlyOneTurnsOn}},
+    {key::EffacerAnciensTableaux, BoolKey{&C::effacerAnciensTableaux, BoolRule::CannotTurnOff}},
+    {key::ImagesSuivent, BoolKey{&C::imagesSuivent, BoolRule::OnlyOneTurnsOn}},
+    {key::PathListeTableaux, TextKey{&C::pathListeTableaux, false}},
+    {key::IndexListes, BoolKey{&C::indexListes, BoolRule::OnlyZeroTurnsOff}},
+    {key::IndexType, BoolKey{&C::indexType, BoolRule::OnlyZeroTurnsOff}},
+    {key::TexteEnTete, TextKey{&C::texteEnTete, false}},
+    {key::TexteEnTete2, TextKey{&C::texteEnTete2, false}},
+    {key::ImageEnTete, TextKey{&C::imageEnTete, false}},
+    {key::RenvoiALaLigne, BoolKey{&C::renvoiALaLigne, BoolRule::OnlyOneTurnsOn}},
+    {key::CouleurTitre, ColourKey{&C::couleurTitre}},
+    {key::ImageFond, TextKey{&C::imageFond, false}},
+    {key::ImageDebutTableau, TextKey{&C::imageDebutTableau, false}},
+    {key::TotalDocuments, BoolKey{&C::totalDocuments, BoolRule::OnlyZeroTurnsOff}},
+    {key::DisplayDirectory, BoolKey{&C::displayDirectory, BoolRule::OnlyZeroTurnsOff}},
+    {key::TextePied, TextKey{&C::textePied, false}},
+    {key::TextePied2, TextKey{&C::textePied2, false}},
+    {key::ImagePied, TextKey{&C::imagePied, false}},
 };
 
 // The widest column number a "Largeur" key is looked for: the document column, every
@@ -111,9 +109,9 @@ void ApplyBool(bool& option, BoolRule rule, const QString& value)
     }
 }
 
-std::optional<int> OptionalInt(const IniDocument& file, const char* section, const QString& key)
+std::optional<int> OptionalInt(const IniDocument& file, const SettingKey& setting, int index = -1)
 {
-    const QString value = file.value(QLatin1String(section), key);
+    const QString value = file.value(setting.sectionName(), index < 0 ? setting.keyName() : setting.keyName(index));
     if (value.isEmpty())
         return std::nullopt;
     const qint64 number = LeadingNumber(value);
@@ -152,7 +150,7 @@ Configuration ReadConfiguration(const IniDocument& file, bool nt)
 {
     Configuration c;
     for (const KeyRow& row : kKeys) {
-        const QString value = file.value(QLatin1String(row.section), QLatin1String(row.key));
+        const QString value = file.value(row.setting.sectionName(), row.setting.keyName());
         if (const auto* b = std::get_if<BoolKey>(&row.kind)) {
             ApplyBool(c.*(b->member), b->rule, value);
         } else if (const auto* t = std::get_if<TextKey>(&row.kind)) {
@@ -167,13 +165,13 @@ Configuration ReadConfiguration(const IniDocument& file, bool nt)
     if (!nt)
         c.useNtfsCache = false;
 
-    const std::optional<int> lines = OptionalInt(file, kConf, QStringLiteral("LignesTexte"));
+    const std::optional<int> lines = OptionalInt(file, key::LignesTexte);
     c.lignesTexte = lines && *lines >= 1 && *lines <= 5 ? *lines : 1;
     for (int column = 0; column < kMaxColumns; ++column)
-        if (auto width = OptionalInt(file, kConf, QStringLiteral("Largeur") + QString::number(column)))
+        if (auto width = OptionalInt(file, key::Largeur, column))
             c.largeur.insert(column, *width);
-    c.sort = OptionalInt(file, kConf, QStringLiteral("Sort"));
-    c.up = OptionalInt(file, kConf, QStringLiteral("Up"));
+    c.sort = OptionalInt(file, key::Sort);
+    c.up = OptionalInt(file, key::Up);
 
     if (!c.pathListeTableaux.isEmpty() && !QFileInfo(c.pathListeTableaux).isDir())
         c.pathListeTableaux.clear();
@@ -187,19 +185,19 @@ Configuration ReadConfiguration(const IniDocument& file, bool nt)
 Chooser ReadChooser(const IniDocument& file)
 {
     Chooser chooser;
-    const char* main = "MainWindow";
-    chooser.windowState = OptionalInt(file, main, QStringLiteral("WindowState"));
-    chooser.left = OptionalInt(file, main, QStringLiteral("Left"));
-    chooser.top = OptionalInt(file, main, QStringLiteral("Top"));
-    chooser.width = OptionalInt(file, main, QStringLiteral("Width"));
-    chooser.height = OptionalInt(file, main, QStringLiteral("Height"));
-    const QString section = QStringLiteral("Configuration");
+    chooser.windowState = OptionalInt(file, key::WindowState);
+    chooser.left = OptionalInt(file, key::Left);
+    chooser.top = OptionalInt(file, key::Top);
+    chooser.width = OptionalInt(file, key::Width);
+    chooser.height = OptionalInt(file, key::Height);
     // A name that could leave the settings folder ("../x") is not a configuration name.
-    if (QString nom = file.value(section, QStringLiteral("Nom")); !nom.isEmpty() && !HasForbiddenCharacters(nom))
-        chooser.nom = nom;
-    if (QString conditions = file.value(section, QStringLiteral("NomConditions"));
-        !conditions.isEmpty() && !HasForbiddenCharacters(conditions))
-        chooser.nomConditions = conditions;
+    const auto name = [&](const SettingKey& setting, QString& into) {
+        if (QString value = file.value(setting.sectionName(), setting.keyName());
+            !value.isEmpty() && !HasForbiddenCharacters(value))
+            into = value;
+    };
+    name(key::Nom, chooser.nom);
+    name(key::NomConditions, chooser.nomConditions);
     return chooser;
 }
 

@@ -3,6 +3,8 @@
 
 #include "core/atomicfile.h"
 #include "core/inifile.h"
+#include "core/paths.h"
+#include "core/settings.h"
 #include "platform/folders.h"
 
 #include <QDir>
@@ -31,15 +33,6 @@ QString ChooserPath(const QString& folder)
     return folder + u'/' + QLatin1String(kChooserFileName);
 }
 
-bool HasForbiddenCharacters(const QString& name)
-{
-    for (QChar c : name)
-        for (char16_t forbidden : std::u16string_view(kForbiddenNameCharacters))
-            if (c == forbidden)
-                return true;
-    return false;
-}
-
 QStringList ListConfigurations(const QString& folder)
 {
     QStringList names;
@@ -60,7 +53,7 @@ std::optional<QString> ConfigurationDirectory(const QString& folder, const QStri
     const QString path = ConfigurationPath(folder, name);
     if (HasForbiddenCharacters(name) || !QFileInfo(path).isFile())
         return std::nullopt;
-    return IniDocument::Load(path).value(QStringLiteral("Configuration"), QStringLiteral("Repertoire"));
+    return IniDocument::Load(path).value(key::Repertoire.sectionName(), key::Repertoire.keyName());
 }
 
 std::optional<QString> CreateConfiguration(const QString& folder, const QString& name)
@@ -75,8 +68,7 @@ std::optional<QString> CreateConfiguration(const QString& folder, const QString&
 
 std::optional<QString> SelectConfiguration(const QString& folder, const QString& name)
 {
-    return WritePrivateProfileString(ChooserPath(folder), QStringLiteral("Configuration"),
-                                     QStringLiteral("Nom"), name);
+    return WriteSettings(QString(), ChooserPath(folder), SettingsChange().set(key::Nom, name));
 }
 
 std::optional<QString> RemoveConfiguration(const QString& folder, const QString& name,
@@ -88,12 +80,6 @@ std::optional<QString> RemoveConfiguration(const QString& folder, const QString&
     if (name.compare(current, Qt::CaseInsensitive) == 0)
         return SelectConfiguration(folder, QStringLiteral("Brindar"));
     return std::nullopt;
-}
-
-std::optional<QString> SaveOption(const QString& configurationPath, const QString& section,
-                                  const QString& key, const QString& value)
-{
-    return WritePrivateProfileString(configurationPath, section, key, value);
 }
 
 }  // namespace brindar

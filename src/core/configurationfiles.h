@@ -13,10 +13,6 @@ QString ReportsListPath(const QString& folder, const QString& name);    // ".txt
 QString SubstitutionsPath(const QString& folder, const QString& name);  // ".pat"
 QString ChooserPath(const QString& folder);
 
-// The characters no name may hold, so that what the program creates is portable.
-inline constexpr char16_t kForbiddenNameCharacters[] = u"\\/:*?\"<>|";
-bool HasForbiddenCharacters(const QString& name);
-
 // The base names of the "*.ini" files of the folder except the chooser, sorted.
 QStringList ListConfigurations(const QString& folder);
 
@@ -35,9 +31,5 @@ std::optional<QString> SelectConfiguration(const QString& folder, const QString&
 // built-in default "Brindar". Returns the reason on failure.
 std::optional<QString> RemoveConfiguration(const QString& folder, const QString& name,
                                            const QString& current);
-
-// "Save option": one key written at once to the configuration file in use.
-std::optional<QString> SaveOption(const QString& configurationPath, const QString& section,
-                                  const QString& key, const QString& value);
 
 }  // namespace brindar

@@ -9,17 +9,6 @@ namespace brindar {
 
 enum class Family { Office, UserDefined, OpenOffice, Html, Pdf, Iptc };
 
-// The readers whose family flag the column builder sets; the Office property
-// component is not among them (its switch alone decides).
-enum ReaderFamily : unsigned {
-    kReaderNone = 0,
-    kReaderOpenOffice = 1u << 0,
-    kReaderHtml = 1u << 1,
-    kReaderPdf = 1u << 2,
-    kReaderIptc = 1u << 3,
-    kReaderXmp = 1u << 4,
-};
-
 enum FieldNote : unsigned {
     kNoteNone = 0,
     kNoteShared = 1u << 0,  // the "cross-tabs common metadata" columns
@@ -35,7 +24,6 @@ struct FieldInfo {
     const char* code;     // column code, ".TI"
     int caption;          // number in the [Metadata] caption table
     unsigned notes;       // FieldNote bits
-    unsigned readers;     // ReaderFamily bits: the readers that fill this column
 };
 
 // The Office fields, then the OpenOffice, HTML, PDF and IPTC ones, in grid order.
@@ -43,9 +31,6 @@ struct FieldInfo {
 std::span<const FieldInfo> FieldTable();
 
 inline constexpr int kUserSlotCount = 14;
-inline constexpr const char* kUserSection = "Personnelles";
-// The readers that look user-defined properties up by name (the Office component too).
-inline constexpr unsigned kUserSlotReaders = kReaderOpenOffice | kReaderHtml;
 // Index in FieldTable() before which the user-defined slots stand.
 int UserSlotsPosition();
 

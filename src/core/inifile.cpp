@@ -1,7 +1,7 @@
 // Private-profile INI reading and one-line rewriting.
 #include "core/inifile.h"
 
-#include "core/atomicfile.h"
+#include "core/settings.h"
 #include "core/settingstext.h"
 
 #include <QFile>
@@ -141,6 +141,15 @@ QString IniDocument::value(const QString& section, const QString& key) const
     return v.first(std::min<qsizetype>(v.size(), kValueBufferSize - 1)).toString();
 }
 
+QString IniDocument::value(const SettingKey& key) const { return value(key.sectionName(), key.keyName()); }
+
+QString IniDocument::value(const SettingKey& key, int index) const
+{
+    return value(key.sectionName(), key.keyName(index));
+}
+
+bool IniDocument::contains(const SettingKey& key) const { return contains(key.sectionName(), key.keyName()); }
+
 QString IniDocument::newLineEnding() const
 {
     for (const Line& line : lines_)
@@ -181,17 +190,6 @@ QByteArray IniDocument::toBytes() const
     for (const Line& line : lines_)
         text += line.text + line.eol;
     return EncodeSettingsText(text, encoding_);
-}
-
-std::optional<QString> WritePrivateProfileString(const QString& path, const QString& section,
-                                                 const QString& key, const QString& value)
-{
-    QString error;
-    std::optional<IniDocument> document = IniDocument::LoadForChange(path, &error);
-    if (!document)
-        return error;
-    document->setValue(section, key, value);
-    return WriteFileAtomically(path, document->toBytes());
 }
 
 }  // namespace brindar

@@ -11,6 +11,8 @@
 
 namespace brindar {
 
+struct SettingKey;
+
 // An INI file held in memory. Reads follow GetPrivateProfileString: section and key
 // names compared case-insensitively, the first section of a name and the first key in
 // it win, blanks around keys and values dropped, one pair of matching quotes around a
@@ -33,6 +35,10 @@ public:
     // missing section or key.
     QString value(const QString& section, const QString& key) const;
     bool contains(const QString& section, const QString& key) const;
+    // The same for a key of the key table, with its number when it is an indexed key.
+    QString value(const SettingKey& key) const;
+    QString value(const SettingKey& key, int index) const;
+    bool contains(const SettingKey& key) const;
 
     // Replaces the key's line, or adds the key at the end of its section, or appends the
     // section. Line breaks in the value become blanks, since a value is one line.
@@ -62,11 +68,5 @@ private:
     QHash<QString, int> sectionByName_; // upper-cased name -> first section of that name
     SettingsEncoding encoding_ = SettingsEncoding::Win1252;
 };
-
-// One key written at once, as "Save option" does: the file is read again, changed in
-// one line and replaced atomically. Returns the reason when the file cannot be written;
-// the existing file is then untouched.
-std::optional<QString> WritePrivateProfileString(const QString& path, const QString& section,
-                                                 const QString& key, const QString& value);
 
 }  // namespace brindar

@@ -1,6 +1,7 @@
 // Language files: the loader, the list of offered languages, the caption lookup.
 #include "core/language.h"
 
+#include "core/captionids.h"
 #include "core/settingstext.h"
 
 #include <QDir>
@@ -12,7 +13,7 @@ namespace {
 
 // [Main] and [XML] have no fixed highest entry; these sizes leave room for texts to come.
 constexpr CaptionTableInfo kTables[kCaptionSectionCount] = {
-    {"[Main]", 99, 160},     {"[Configuration]", 10, 12}, {"[Metadata]", 123, 125},
+    {"[Main]", 100, 160},     {"[Configuration]", 10, 12}, {"[Metadata]", 123, 125},
     {"[Select]", 18, 20},    {"[HTML]", 65, 68},          {"[Hypertext]", 13, 15},
     {"[Modify]", 27, 30},    {"[List]", 29, 30},          {"[XML]", 49, 80},
 };
@@ -86,6 +87,8 @@ QString Captions::text(CaptionSection section, int number) const
     const QStringList& table = tables_[int(section)];
     return number >= 1 && number <= table.size() ? table[number - 1] : QString();
 }
+
+QString Captions::text(const CaptionId& id) const { return text(id.section, id.number); }
 
 void Captions::apply(const QString& fileText)
 {

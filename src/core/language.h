@@ -18,6 +18,8 @@ struct CaptionTableInfo {
 
 const CaptionTableInfo& CaptionTable(CaptionSection section);
 
+struct CaptionId;
+
 // The nine tables of one language. Entries count from 1.
 class Captions {
 public:
@@ -25,6 +27,7 @@ public:
     static const Captions& English();
 
     QString text(CaptionSection section, int number) const;
+    QString text(const CaptionId& id) const;
 
     // Applies the entries of a language file's text over the current captions: lines
     // trimmed, exact section names, the number before the first "=", numbers outside

@@ -1,6 +1,7 @@
-// Start-up order: chooser, configuration, language, columns.
+// Start-up order: chooser, configuration, language, columns; settings written through the session.
 #include "core/session.h"
 
+#include "core/captionids.h"
 #include "core/configurationfiles.h"
 
 namespace brindar {
@@ -19,10 +20,25 @@ void Session::buildColumns()
     columns = BuildColumns(configurationFile, captions, system.nt);
 }
 
+std::optional<QString> Session::write(const SettingsChange& change)
+{
+    const QString chooserPath = ChooserPath(settingsFolder);
+    std::optional<QString> error = WriteSettings(configurationPath, chooserPath, change);
+    if (change.touches(SettingsFile::Chooser))
+        chooser = ReadChooser(IniDocument::Load(chooserPath));
+    if (change.touches(SettingsFile::Configuration)) {
+        configurationFile = IniDocument::Load(configurationPath);
+        configuration = ReadConfiguration(configurationFile, system.nt);
+    }
+    if (error)
+        error = captions.text(caption::UnableToSaveSettings) + u' ' + *error;
+    return error;
+}
+
 std::optional<QString> Session::chooseLanguage(const QString& name)
 {
-    auto error = SaveOption(configurationPath, QStringLiteral("Configuration"), QStringLiteral("Langue"), name);
-    configurationFile = IniDocument::Load(configurationPath);
+    auto error = write(SettingsChange().set(key::Langue, name));
+    // The language changes for this session even when it could not be saved.
     configuration.langue = name;
     captions = LoadLanguage(name, settingsFolder, dataFolder);
     buildColumns();
@@ -31,7 +47,7 @@ std::optional<QString> Session::chooseLanguage(const QString& name)
 
 std::optional<QString> Session::selectConfiguration(const QString& name)
 {
-    auto error = SelectConfiguration(settingsFolder, name);
+    auto error = write(SettingsChange().set(key::Nom, name));
     chooser.nom = name;
     loadConfiguration();
     return error;

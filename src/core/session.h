@@ -5,6 +5,7 @@
 #include "core/configuration.h"
 #include "core/inifile.h"
 #include "core/language.h"
+#include "core/settings.h"
 #include "platform/systeminfo.h"
 
 #include <QString>
@@ -12,6 +13,8 @@
 
 namespace brindar {
 
+// A session is a value: a copy is a snapshot that long work (a scan, an export) can use
+// on another thread while the window goes on changing its own.
 struct Session {
     QString settingsFolder;
     QString dataFolder;
@@ -28,6 +31,12 @@ struct Session {
     // Builds the columns again from the configuration file (after the displayed-metadata
     // dialog or a change of language).
     void buildColumns();
+
+    // Writes the keys of `change` into the configuration file and the chooser, then reads
+    // both again, so that `configurationFile`, `configuration` and `chooser` are what the
+    // files hold. The columns are rebuilt only by buildColumns(). Returns the reason, in
+    // the user's language, when a file cannot be written.
+    std::optional<QString> write(const SettingsChange& change);
 
     // The Language menu: stores "Langue" at once, loads the language, rebuilds the columns.
     // Returns the reason when the setting cannot be saved (the language still changes).

@@ -2,7 +2,9 @@
 #include "export/batchmode.h"
 
 #include "core/atomicfile.h"
+#include "core/captionids.h"
 #include "core/codepage.h"
+#include "core/paths.h"
 #include "export/xsltransform.h"
 #include "version.h"
 
@@ -32,6 +34,7 @@ public:
         save();
     }
 
+    // The end of a run that went through: the page is closed.
     void close()
     {
         lines_.append(QStringLiteral("</body>"));
@@ -50,7 +53,7 @@ private:
         if (const auto error = WriteFileAtomically(path_, bytes)) {
             failed_ = true;  // said once; the run itself goes on
             if (onMessage_)
-                onMessage_(MessageTitle(), captions_.text(CaptionSection::Xml, 49) + QStringLiteral("\r\n") + *error);
+                onMessage_(MessageTitle(), captions_.text(caption::UnableToWriteLog) + QStringLiteral("\r\n") + *error);
         }
     }
 
@@ -66,12 +69,6 @@ QString LogTime(const QDateTime& now)
     return now.time().toString(QStringLiteral("HH:mm:ss"));
 }
 
-bool HasForbiddenNameCharacter(const QString& name)
-{
-    static const QString forbidden = QStringLiteral("\\/:*?\"<>|");
-    return std::any_of(name.cbegin(), name.cend(), [](QChar c) { return forbidden.contains(c); });
-}
-
 // A folder as the user gave it, made absolute so that every <fullname> can be opened;
 // trailing "/" dropped (except for the root), which would otherwise give an empty name.
 QString AnalysedFolder(const QString& directory)
@@ -80,11 +77,6 @@ QString AnalysedFolder(const QString& directory)
 }
 
 }  // namespace
-
-QString MessageTitle()
-{
-    return QLatin1String(kProgramTitle) + QStringLiteral(" - ") + QLatin1String(kProgramVersion);
-}
 
 QString RebuildCommandLine(const QStringList& arguments)
 {
@@ -142,15 +134,15 @@ int RunBatchMode(const QString& commandLine, const Session& session, const Batch
                 .arg(QLocale::system().toString(started.date(), QLocale::ShortFormat)));
     log.add(QStringLiteral("command line: %1<br>").arg(line));
 
+    // A failure ends the page after its message: the page tells where the run stopped.
     const auto fail = [&](const QString& title, const QString& message, int status) {
         if (callbacks.onMessage)
             callbacks.onMessage(title, message);
         log.add(message + QStringLiteral("<br>"));
-        log.close();
         return status;
     };
-    const auto invalid = [&](int number, const QString& detail = QString(), bool withDetail = true) {
-        QString message = captions.text(CaptionSection::Xml, number);
+    const auto invalid = [&](const CaptionId& id, const QString& detail = QString(), bool withDetail = true) {
+        QString message = captions.text(id);
         if (withDetail)
             message += QStringLiteral("\r\n") + detail;
         return fail(MessageTitle(), message, kBatchInvalid);
@@ -159,19 +151,19 @@ int RunBatchMode(const QString& commandLine, const Session& session, const Batch
 
     const std::optional<QString> directory = CommandLineOption(line, 'd');
     if (!directory)
-        return invalid(35, QString(), false);
+        return invalid(caption::MissingDirectoryOption, QString(), false);
     if (!exists(*directory))
-        return invalid(36, *directory);
+        return invalid(caption::UnknownDirectory, *directory);
     const std::optional<QString> xmlPath = CommandLineOption(line, 'x');
     if (!xmlPath)
-        return invalid(37, QString(), false);
+        return invalid(caption::MissingXmlOption, QString(), false);
     const std::optional<SplitPath> xml = SplitAtLastSlash(*xmlPath);
     if (!xml)
-        return invalid(38, *xmlPath);
+        return invalid(caption::InvalidXmlPath, *xmlPath);
     if (!exists(xml->folder))
-        return invalid(39, xml->folder);
-    if (HasForbiddenNameCharacter(xml->name))
-        return invalid(40, xml->name);
+        return invalid(caption::UnknownXmlFolder, xml->folder);
+    if (HasForbiddenCharacters(xml->name))
+        return invalid(caption::InvalidXmlName, xml->name);
     XmlExportOptions options;
     if (const auto letters = CommandLineOption(line, 'o'))
         options.families = FamiliesOfLetters(*letters);
@@ -180,33 +172,33 @@ int RunBatchMode(const QString& commandLine, const Session& session, const Batch
     options.localTime = session.configuration.localTime;
     const QString xslPath = CommandLineOption(line, 't').value_or(QString());
     if (!xslPath.isEmpty() && !exists(xslPath))
-        return invalid(41, xslPath);
+        return invalid(caption::UnknownXsl, xslPath);
     const QString outputPath = CommandLineOption(line, 'h').value_or(QString());
     std::optional<SplitPath> output;
     if (!outputPath.isEmpty()) {
         output = SplitAtLastSlash(outputPath);
         if (!output)
-            return invalid(42, outputPath);
+            return invalid(caption::InvalidOutputPath, outputPath);
         if (!exists(output->folder))
-            return invalid(43, output->folder);
-        if (HasForbiddenNameCharacter(output->name))
-            return invalid(44, output->name);
+            return invalid(caption::UnknownOutputFolder, output->folder);
+        if (HasForbiddenCharacters(output->name))
+            return invalid(caption::InvalidOutputName, output->name);
     }
 
     log.add(QStringLiteral("start XML generation at %1<br>").arg(LogTime(callbacks.now())));
-    const QString xmlFile = xml->folder == u"/" ? u'/' + xml->name : xml->folder + u'/' + xml->name;
+    const QString xmlFile = JoinPath(xml->folder, xml->name);
     const XmlExportResult exported =
         WriteXmlExport(AnalysedFolder(*directory), xmlFile, options, captions, callbacks.now(), callbacks.onProgress);
     for (const QString& message : exported.messages)
         if (callbacks.onMessage)
             callbacks.onMessage(MessageTitle(), message);
     if (exported.writeError)
-        return invalid(48, xmlFile + QStringLiteral(": ") + *exported.writeError);
+        return invalid(caption::UnableToWriteXml, xmlFile + QStringLiteral(": ") + *exported.writeError);
     log.add(QStringLiteral("end XML generation at %1<br>").arg(LogTime(callbacks.now())));
 
     if (!xslPath.isEmpty() && output && !output->folder.isEmpty() && !output->name.isEmpty()) {
         log.add(QStringLiteral("start XSL transformation at %1<br>").arg(LogTime(callbacks.now())));
-        const QString outputFile = output->folder == u"/" ? u'/' + output->name : output->folder + u'/' + output->name;
+        const QString outputFile = JoinPath(output->folder, output->name);
         QFile::remove(outputFile);
         if (const auto failure = TransformXmlFile(xslPath, xmlFile, outputFile, captions))
             return fail(failure->title, failure->text, kBatchTransformFailed);

@@ -49,7 +49,4 @@ struct BatchCallbacks {
 // the settings folder. Returns the exit status.
 int RunBatchMode(const QString& commandLine, const Session& session, const BatchCallbacks& callbacks);
 
-// The title of the batch mode's validation messages: "Brindar Pro - 1.2.3".
-QString MessageTitle();
-
 }  // namespace brindar

@@ -1,64 +1,31 @@
 // The XML export writer: folders, files and, by family, what the readers find in them.
 #include "export/xmlexport.h"
 
+#include "core/captionids.h"
 #include "core/codepage.h"
-#include "platform/namedstreams.h"
-#include "readers/htmlmetareader.h"
-#include "readers/iptcreader.h"
-#include "readers/officeproperties.h"
-#include "readers/openofficereader.h"
-#include "readers/pdfreader.h"
+#include "core/valuetext.h"
+#include "readers/commentstream.h"
+#include "readers/readertable.h"
 #include "readers/text.h"
-#include "readers/xmpreader.h"
-#include "reports/templatevariables.h"
-#include "scan/columnvalues.h"
 #include "version.h"
 
 #include <QSaveFile>
-#include <QStringDecoder>
-#include <array>
 
 namespace brindar {
 
 namespace {
 
-enum class Family { Html, OpenOffice, Pdf, Image, Layout, Other };
-
-struct FamilyRow {
-    std::array<const char16_t*, 6> extensions;
-    Family family;
-};
-
-// The first row holding the upper-cased extension decides; anything else, a name
-// without extension included, is an Office candidate.
-const FamilyRow kFamilies[] = {
-    {{u"HTM", u"HTML"}, Family::Html},
-    {{u"SXW", u"SXC", u"SXD", u"SXI", u"SXM", u"SXG"}, Family::OpenOffice},
-    {{u"PDF"}, Family::Pdf},
-    {{u"JPG", u"JPEG", u"TIF", u"TIFF"}, Family::Image},
-    {{u"AI", u"EPS", u"FM", u"INDD", u"PM7", u"PSD"}, Family::Layout},
-};
-
-Family FamilyOf(const QString& extension)
+// The export's switch of a file's family: HTML pages go with the Office documents, and
+// a file of no family reader is an Office candidate.
+bool Switched(ReaderBit reader, const XmlFamilies& on)
 {
-    for (const FamilyRow& row : kFamilies)
-        for (const char16_t* candidate : row.extensions)
-            if (candidate && extension == QStringView(candidate))
-                return row.family;
-    return Family::Other;
-}
-
-bool Switched(Family family, const XmlFamilies& on)
-{
-    switch (family) {
-    case Family::Html: return on.office;
-    case Family::OpenOffice: return on.openOffice;
-    case Family::Pdf: return on.pdf;
-    case Family::Image: return on.iptc;
-    case Family::Layout: return on.xmp;
-    case Family::Other: return on.office;
+    switch (reader) {
+    case kReaderOpenOffice: return on.openOffice;
+    case kReaderPdf: return on.pdf;
+    case kReaderIptc: return on.iptc;
+    case kReaderXmp: return on.xmp;
+    default: return on.office;
     }
-    return false;
 }
 
 QString Element(QStringView name, const QString& text)
@@ -78,19 +45,11 @@ QString TotalEditText(qint64 minutes)
     return TwoDigits(hours) + u':' + TwoDigits(minutes - 60 * hours);
 }
 
-// The comment a Macintosh client keeps in a file's or folder's named stream (UTF-16,
-// at most 255 bytes are read), else the desktop comment; tabs become "-", escaped.
+// The comment of a file or folder as the export writes it: at most 255 bytes of its
+// comment stream, tabs as "-", escaped.
 QString CommentStream(const QString& path)
 {
-    if (!HasNamedStreams(path))
-        return QString();
-    QString text;
-    if (auto bytes = ReadNamedStream(path, QStringLiteral("Comments"))) {
-        bytes->truncate(255 & ~1);  // a lone last byte makes no UTF-16 character
-        text = QStringDecoder(QStringDecoder::Utf16LE).decode(*bytes);
-    } else if (auto desktop = ReadNamedStream(path, QStringLiteral("xdg.comment"))) {
-        text = QString::fromUtf8(*desktop);
-    }
+    QString text = ReadComment(path, 255).value_or(QString());
     return text.isEmpty() ? text : XmlEscape(text.replace(u'\t', u'-'));
 }
 
@@ -105,7 +64,14 @@ QString RepairUtf8Accents(QString text)
             text.chop(1);
             break;
         }
-        text.replace(at, 2, QChar(char16_t(text[at + 1].unicode() + 64)));
+        // The character after "Ã" stands for the second byte of a UTF-8 pair: its code in
+        // the 8-bit code page plus 64 is the letter meant ("Ã‰" is "É").
+        const int code = static_cast<unsigned char>(EncodeWin1252(QStringView(text).sliced(at + 1, 1)).at(0)) + 64;
+        if (code > 0xFF) {
+            ++at;  // no UTF-8 pair: left as it is
+            continue;
+        }
+        text.replace(at, 2, CharOfCode(static_cast<unsigned char>(code)));
     }
     return text;
 }
@@ -126,7 +92,7 @@ QStringList XmlDocumentHead(const QString& volumeLabel, const QString& fileSyste
         QStringLiteral("<!-- Created with %1 version %2 [Quorvane] -->")
             .arg(QLatin1String(kProgramTitle), QLatin1String(kProgramVersion)),
         QStringLiteral("<involume name=\"%1\" filesystem=\"%2\" dategeneration = \"%3 %4\">")
-            .arg(CutAtNul(volumeLabel + QChar(0)), CutAtNul(fileSystem + QChar(0)), dateText,
+            .arg(CutAtNul(volumeLabel), CutAtNul(fileSystem), dateText,
                  time.toString(QStringLiteral("HH:mm"))),
     };
 }
@@ -158,7 +124,7 @@ bool XmlExport::shouldStop()
 void XmlExport::readFailed(bool failed, const QString& path)
 {
     if (failed)
-        messages.append(captions_.text(CaptionSection::Main, 70) + u' ' + path);
+        messages.append(captions_.text(caption::ErrorReadingFile) + u' ' + path);
 }
 
 void XmlExport::ExportXmlDirectory(const QString& path)
@@ -229,11 +195,11 @@ void XmlExport::writeFile(const QString& path, const FolderEntry& entry)
         writeLine(QStringLiteral("<attributes>") + entry.attributes + QStringLiteral("</attributes>"));
 
     QString summary;
-    const Family family = FamilyOf(extension);
+    const ReaderBit family = ReaderOfExtension(extension);
     const XmlFamilies& on = options_.families;
     if (Switched(family, on)) {
         switch (family) {
-        case Family::Html: {
+        case kReaderHtml: {
             WriteFileSystemDatetime(entry);
             const HtmlMetaResult html = ReadHtmlMeta(fullPath);
             readFailed(html.shortRead, fullPath);
@@ -241,7 +207,7 @@ void XmlExport::writeFile(const QString& path, const FolderEntry& entry)
                 writeLine(QStringLiteral("<html>") + html.fragment + QStringLiteral("</html>"));
             break;
         }
-        case Family::OpenOffice: {
+        case kReaderOpenOffice: {
             const OpenOfficeResult meta = ReadOpenOfficeMeta(fullPath);
             readFailed(meta.shortRead, fullPath);
             if (!meta.dateFragment.isEmpty()) {
@@ -252,13 +218,13 @@ void XmlExport::writeFile(const QString& path, const FolderEntry& entry)
             summary = meta.summaryFragment;
             break;
         }
-        case Family::Pdf:
+        case kReaderPdf:
             WriteFileSystemDatetime(entry);
             pdfBlock(fullPath);
             if (on.xmp)
                 xmpBlock(fullPath);
             break;
-        case Family::Image: {
+        case kReaderIptc: {
             WriteFileSystemDatetime(entry);
             const IptcResult iptc = ReadIptc(fullPath, options_.macintoshAccents);
             readFailed(iptc.shortRead, fullPath);
@@ -268,15 +234,15 @@ void XmlExport::writeFile(const QString& path, const FolderEntry& entry)
                 xmpBlock(fullPath);
             break;
         }
-        case Family::Layout:
+        case kReaderXmp:
             WriteFileSystemDatetime(entry);
             xmpBlock(fullPath);
             break;
-        case Family::Other:
+        default:
             summary = officeBlock(fullPath, entry);
             break;
         }
-    } else if (family == Family::Other) {
+    } else if (family == kReaderNone) {
         WriteFileSystemDatetime(entry);
     }
     if (!summary.isEmpty())
@@ -382,10 +348,7 @@ QString XmlExport::officeBlock(const QString& fullPath, const FolderEntry& entry
         if (value && *value != 0)
             summary += Element(name, QString::number(*value));
     };
-    QString application = office.applicationName().value_or(QString());
-    if (application.size() > 10 && application.startsWith(u"Microsoft "))
-        application.remove(0, 10);
-    text(u"application", application);
+    text(u"application", WithoutMicrosoftPrefix(office.applicationName().value_or(QString())));
     text(u"title", office.title());
     text(u"author", office.author());
     text(u"subject", office.subject());

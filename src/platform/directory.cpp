@@ -3,19 +3,15 @@
 
 #include "platform/fileinfo.h"
 
-#include <unistd.h>
-
 namespace brindar {
 
-QList<DirectoryEntry> ListFiles(const QString& folder, bool* ok)
+QList<DirectoryEntry> ListFiles(const QString& folder, bool* ok, bool ntfs)
 {
     QList<DirectoryEntry> entries;
-    for (const FolderEntry& entry : ListFolder(folder, false, ok))
+    for (const FolderEntry& entry : ListFolder(folder, ntfs, ok))
         if (!entry.directory)
-            entries.append(DirectoryEntry{entry.name, entry.name.startsWith(u'.')});
+            entries.append(DirectoryEntry{entry.name, entry.name.startsWith(u'.'), entry.shortName});
     return entries;
 }
-
-bool StandardErrorIsTerminal() { return isatty(STDERR_FILENO) == 1; }
 
 }  // namespace brindar

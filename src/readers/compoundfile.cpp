@@ -20,6 +20,11 @@ quint16 U16(const char* p) { return qFromLittleEndian<quint16>(p); }
 
 }  // namespace
 
+bool CompoundFile::HasSignature(QByteArrayView head)
+{
+    return head.size() >= 8 && std::memcmp(head.data(), kSignature, 8) == 0;
+}
+
 bool CompoundFile::readSector(quint32 sector, char* into)
 {
     const qint64 size = qint64(1) << sectorShift_;

@@ -32,6 +32,9 @@ public:
     // The largest stream this reader hands out: property sets are a few kilobytes.
     static constexpr quint64 kStreamLimit = 16 * 1024 * 1024;
 
+    // Whether `head`, a file's first bytes, begins with the compound-file signature.
+    static bool HasSignature(QByteArrayView head);
+
     // Nothing when the file is not a compound file or its structures are damaged;
     // `error` then says why.
     static std::optional<CompoundFile> Open(const QString& path, QString* error);

@@ -2,9 +2,9 @@
 #include "readers/htmlmetareader.h"
 
 #include "core/codepage.h"
+#include "readers/pagedfile.h"
 #include "readers/text.h"
 
-#include <QFile>
 #include <QVarLengthArray>
 
 #include <algorithm>
@@ -247,14 +247,11 @@ private:
 };
 
 // Reads pieces of the file until the head text says to stop, or to the end.
-void ReadHead(QFile& file, HeadText& head, HtmlMetaResult& result)
+void ReadHead(PagedFile& file, HeadText& head)
 {
-    QByteArray chunk(kChunkSize, Qt::Uninitialized);
-    for (;;) {
-        const qint64 got = file.read(chunk.data(), kChunkSize);
-        if (got < 0)
-            result.shortRead = true;
-        if (got <= 0 || head.append(QByteArrayView(chunk.constData(), got)) || head.text().size() >= kHeadLimit)
+    for (qint64 at = 0; at < file.size(); at += kChunkSize) {
+        const QByteArray chunk = file.bytes(at, kChunkSize);
+        if (head.append(chunk) || head.text().size() >= kHeadLimit)
             return;
     }
 }
@@ -324,13 +321,19 @@ void ReadMetaTags(const QString& text, const QString& upper, HtmlMetaResult& res
 
 HtmlMetaResult ReadHtmlMeta(const QString& path)
 {
+    // The head is read once, front to back: two pages kept are enough.
+    PagedFile file(path, 2);
+    return ReadHtmlMeta(file);
+}
+
+HtmlMetaResult ReadHtmlMeta(PagedFile& file)
+{
     HtmlMetaResult result;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (!file.isOpen())
         return result;
     HeadText head;
-    ReadHead(file, head, result);
-    file.close();
+    ReadHead(file, head);
+    result.shortRead = file.shortRead();
 
     // The title is trimmed where it is cut out; CleanValue's own trim covers that.
     if (const auto raw = head.title()) {

@@ -7,6 +7,8 @@
 
 namespace brindar {
 
+class PagedFile;
+
 // What one HTML page yields. A default-constructed value is the cleared result set.
 struct HtmlMetaResult {
     QString title;  // <TITLE>, cleaned and entity-decoded
@@ -48,6 +50,8 @@ struct HtmlMetaResult {
 // Reads the head of the page at `path` (up to "</HEAD>" or "<BODY>"). Never throws; an
 // unreadable file gives the cleared result.
 HtmlMetaResult ReadHtmlMeta(const QString& path);
+// The same for a file already open, which another reader may share.
+HtmlMetaResult ReadHtmlMeta(PagedFile& file);
 
 // The cleaned value of the CONTENT="..." attribute of one tag, given as written and as
 // its upper-case copy (same length); empty when there is none.

@@ -307,8 +307,13 @@ qint64 FindIptcResource(PagedFile& file)
 
 IptcResult ReadIptc(const QString& path, bool macintoshAccents)
 {
-    IptcResult result;
     PagedFile file(path);
+    return ReadIptc(file, macintoshAccents);
+}
+
+IptcResult ReadIptc(PagedFile& file, bool macintoshAccents)
+{
+    IptcResult result;
     if (!file.isOpen() || file.size() <= 0)
         return result;
     if (const qint64 block = FindIptcResource(file); block >= 0)

@@ -62,6 +62,8 @@ struct IptcResult {
 // configuration's "IPTCMacXML"), the Mac OS Roman accents among them are converted.
 // Never throws; a file without such a resource gives the cleared result.
 IptcResult ReadIptc(const QString& path, bool macintoshAccents);
+// The same for a file already open, which another reader may share.
+IptcResult ReadIptc(PagedFile& file, bool macintoshAccents);
 
 // The 0-based offset of the "8BIM" of the resource block that ReadIptc reads, or -1
 // when the search finds none. Reads the file once at most, front to back.

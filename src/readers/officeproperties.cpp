@@ -1,7 +1,7 @@
 // Office property access over compound files and named streams, read and write.
 #include "readers/officeproperties.h"
 
-#include "platform/codepages.h"
+#include "core/codepage.h"
 #include "platform/namedstreams.h"
 #include "readers/compoundfile.h"
 #include "readers/compoundfilewriter.h"
@@ -338,39 +338,5 @@ bool OfficeProperties::save(QString* error)
     summaryDirty_ = documentDirty_ = false;
     return true;
 }
-
-}  // namespace brindar
-
-namespace brindar {
-namespace {
-
-template <auto Get>
-std::optional<QVariant> Value(const OfficeProperties& p)
-{
-    if (auto v = (p.*Get)())
-        return QVariant::fromValue(*v);
-    return std::nullopt;
-}
-
-using P = OfficeProperties;
-constexpr OfficeField kOfficeFields[] = {
-    {".AP", Value<&P::applicationName>}, {".TI", Value<&P::title>},
-    {".AU", Value<&P::author>},          {".SU", Value<&P::subject>},
-    {".KW", Value<&P::keywords>},        {".TE", Value<&P::templateName>},
-    {".CM", Value<&P::comments>},        {".LA", Value<&P::lastAuthor>},
-    {".RV", Value<&P::revisionNumber>},  {".PA", Value<&P::pageCount>},
-    {".PG", Value<&P::paragraphCount>},  {".LI", Value<&P::lineCount>},
-    {".WO", Value<&P::wordCount>},       {".CH", Value<&P::characterCount>},
-    {".BY", Value<&P::byteCount>},       {".NO", Value<&P::noteCount>},
-    {".SL", Value<&P::slideCount>},      {".MA", Value<&P::manager>},
-    {".CY", Value<&P::company>},         {".CA", Value<&P::category>},
-    {".SE", Value<&P::security>},        {".CD", Value<&P::created>},
-    {".MD", Value<&P::lastSaved>},       {".PD", Value<&P::lastPrinted>},
-    {".ED", Value<&P::totalEditingMinutes>},
-};
-
-}  // namespace
-
-std::span<const OfficeField> OfficeFields() { return kOfficeFields; }
 
 }  // namespace brindar

@@ -8,7 +8,6 @@
 #include <QString>
 #include <QVariant>
 #include <optional>
-#include <span>
 
 namespace brindar {
 
@@ -129,20 +128,5 @@ private:
 
 // A Windows file time (100 ns ticks since 1601-01-01 UTC) as a date; invalid for zero.
 QDateTime FileTimeToDateTime(qint64 ticks);
-
-}  // namespace brindar
-
-namespace brindar {
-
-// Which value of the component fills which column of the field table. Texts are
-// QString, counts and the editing time (minutes) qint64, dates QDateTime in UTC (an
-// invalid one when the document stores zero). The user-defined properties fill the
-// user-defined slots by name and are not in this table.
-struct OfficeField {
-    const char* code;  // column code of the field table, ".TI"
-    std::optional<QVariant> (*get)(const OfficeProperties&);
-};
-
-std::span<const OfficeField> OfficeFields();
 
 }  // namespace brindar

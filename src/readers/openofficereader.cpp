@@ -72,10 +72,12 @@ constexpr QStringView kUserDefinedClose = u"</meta:user-defined>";
 constexpr QStringView kNameAttribute = u"meta:name=\"";
 
 // Whether the file is taken as a zip: its first byte is "P" or its second is "K" (either
-// is enough). A one-byte file has no second byte.
+// is enough). A one-byte file has no second byte. Only these two bytes are read: a file
+// that is no zip costs nothing more, and cannot fail a longer read.
 bool LooksLikeZip(PagedFile& file)
 {
-    return file.at(0) == 'P' || (file.size() >= 2 && file.at(1) == 'K');
+    const QByteArray signature = file.head(2);
+    return signature.startsWith('P') || (signature.size() >= 2 && signature[1] == 'K');
 }
 
 // The bytes between the first "<office:meta>" and the first "</office:meta>" after it;
@@ -159,8 +161,13 @@ void ReadUserDefined(const QString& meta, OpenOfficeResult& result)
 
 OpenOfficeResult ReadOpenOfficeMeta(const QString& path)
 {
-    OpenOfficeResult result;
     PagedFile file(path);
+    return ReadOpenOfficeMeta(file);
+}
+
+OpenOfficeResult ReadOpenOfficeMeta(PagedFile& file)
+{
+    OpenOfficeResult result;
     if (!file.isOpen() || file.size() <= 0 || !LooksLikeZip(file)) {
         result.shortRead = file.shortRead();
         return result;

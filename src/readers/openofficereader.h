@@ -7,6 +7,8 @@
 
 namespace brindar {
 
+class PagedFile;
+
 // How many user-defined fields a document yields at most; later ones are not read. The
 // table is the one the scan looks the user-defined columns up in by name.
 inline constexpr int kUserDefinedTableSize = 256;
@@ -64,5 +66,7 @@ struct OpenOfficeResult {
 // searched for the text of an uncompressed meta.xml. Never throws; any other file, or
 // one whose meta.xml is compressed, gives the cleared result.
 OpenOfficeResult ReadOpenOfficeMeta(const QString& path);
+// The same for a file already open, which another reader may share.
+OpenOfficeResult ReadOpenOfficeMeta(PagedFile& file);
 
 }  // namespace brindar

@@ -44,6 +44,29 @@ const QByteArray& PagedFile::page(qint64 index)
     return pages_.emplace(index, std::move(bytes)).first->second;
 }
 
+QByteArray PagedFile::head(qint64 length)
+{
+    length = std::clamp<qint64>(length, 0, size_);
+    if (pages_.count(0) || length > kPageSize)
+        return bytes(0, length);
+    if (head_.size() < length) {
+        head_ = QByteArray(length, '\0');
+        qint64 got = 0;
+        if (file_.seek(0)) {
+            while (got < length) {
+                const qint64 n = file_.read(head_.data() + got, length - got);
+                if (n <= 0)
+                    break;
+                got += n;
+            }
+        }
+        bytesRead_ += got;
+        if (got < length)
+            shortRead_ = true;
+    }
+    return head_.left(length);
+}
+
 QByteArray PagedFile::bytes(qint64 pos, qint64 length)
 {
     pos = std::clamp<qint64>(pos, 0, size_);

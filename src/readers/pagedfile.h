@@ -26,9 +26,14 @@ public:
     bool shortRead() const { return shortRead_; }
     qint64 bytesRead() const { return bytesRead_; }
 
-    // The byte at 0-based `pos`, 0 <= pos < size().
+    // The byte at 0-based `pos`. A position outside the file reads nothing: it gives 0
+    // and counts as a short read, like a byte the file could not give.
     unsigned char at(qint64 pos)
     {
+        if (pos < 0 || pos >= size_) {
+            shortRead_ = true;
+            return 0;
+        }
         const qint64 index = pos / kPageSize;
         if (index != lastIndex_) {
             lastPage_ = &page(index);
@@ -37,7 +42,11 @@ public:
         return static_cast<unsigned char>(lastPage_->at(pos - index * kPageSize));
     }
 
-    // The page that holds `pos`, and the offset of its first byte.
+    // The first `length` bytes (fewer in a shorter file). Read on their own while the
+    // first page has not been read: a signature test costs only the signature.
+    QByteArray head(qint64 length);
+
+    // The page that holds `pos` (0 <= pos < size()), and the offset of its first byte.
     const QByteArray& pageAt(qint64 pos, qint64* pageStart)
     {
         const qint64 index = pos / kPageSize;
@@ -64,6 +73,7 @@ private:
     int pagesKept_;
     std::unordered_map<qint64, QByteArray> pages_;
     std::list<qint64> recent_;  // most recently read first
+    QByteArray head_;  // the first bytes, read alone by head()
     qint64 lastIndex_ = -1;
     const QByteArray* lastPage_ = nullptr;
 };

@@ -597,6 +597,11 @@ std::optional<QString> PdfUnescape(const QString& input)
 PdfInfo ReadPdfInfo(const QString& path)
 {
     PagedFile file(path);
+    return ReadPdfInfo(file);
+}
+
+PdfInfo ReadPdfInfo(PagedFile& file)
+{
     if (!file.isOpen())
         return PdfInfo();
     PdfParser parser(file);

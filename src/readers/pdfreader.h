@@ -6,6 +6,8 @@
 
 namespace brindar {
 
+class PagedFile;
+
 // What one PDF file yields. A default-constructed value is the cleared result set.
 struct PdfInfo {
     bool isPdf = false;  // the file starts with "%PDF"; nothing else is set otherwise
@@ -31,6 +33,8 @@ struct PdfInfo {
 // result. Reads only what the lookup needs: a file whose trailer, cross-reference
 // sections and objects sit near its end costs a few pages, whatever its size.
 PdfInfo ReadPdfInfo(const QString& path);
+// The same for a file already open, which another reader may share.
+PdfInfo ReadPdfInfo(PagedFile& file);
 
 // Characters of code 1 and 2 (escaped parentheses hidden from the delimiter search)
 // back to "(" and ")".

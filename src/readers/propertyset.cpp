@@ -2,7 +2,7 @@
 #include "readers/propertyset.h"
 
 #include "core/codepage.h"
-#include "platform/codepages.h"
+#include "readers/text.h"
 
 #include <QtEndian>
 #include <algorithm>
@@ -63,17 +63,9 @@ private:
     bool ok_ = true;
 };
 
-QString CutAtFirstNul(QString text)
-{
-    const qsizetype nul = text.indexOf(QChar(0));
-    if (nul >= 0)
-        text.truncate(nul);
-    return text;
-}
-
 QString Decode(QByteArrayView bytes, int codePage)
 {
-    return CutAtFirstNul(DecodeCodePage(bytes, codePage).value_or(DecodeCodePage(bytes, 1252).value_or(QString())));
+    return CutAtNul(DecodeCodePage(bytes, codePage).value_or(DecodeCodePage(bytes, 1252).value_or(QString())));
 }
 
 // A code-page string: a byte count, then the bytes (UTF-16 when the set's code page

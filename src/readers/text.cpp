@@ -28,7 +28,7 @@ QString ControlClean(QString text)
 QString CutAtNul(const QString& text)
 {
     const qsizetype nul = text.indexOf(QChar(0));
-    return nul < 0 ? QString() : text.left(nul);
+    return nul < 0 ? text : text.left(nul);
 }
 
 QString TrimTrailingNuls(const QString& text)

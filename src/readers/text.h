@@ -8,8 +8,7 @@
 
 namespace brindar {
 
-// Text up to the first character of code 0; empty when there is none (the helper is
-// meant for fixed-size API buffers, which always hold one).
+// Text up to the first character of code 0; the whole text when there is none.
 QString CutAtNul(const QString& text);
 QString TrimTrailingNuls(const QString& text);
 // Blanks (code 32 only) removed at both ends, as the readers trim their values.

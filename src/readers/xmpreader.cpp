@@ -181,8 +181,13 @@ bool ReadSource(const QString& packet, const Source& source, XmpResult& result)
 
 XmpResult ReadXmp(const QString& path)
 {
-    XmpResult result;
     PagedFile file(path);
+    return ReadXmp(file);
+}
+
+XmpResult ReadXmp(PagedFile& file)
+{
+    XmpResult result;
     if (!file.isOpen() || file.size() <= 0)
         return result;
     const QByteArray body = PacketBody(file);

@@ -5,6 +5,8 @@
 
 namespace brindar {
 
+class PagedFile;
+
 // What one file's XMP packet yields. A default-constructed value is the cleared result set.
 struct XmpResult {
     bool hasXmp = false;  // at least one property below was found
@@ -47,5 +49,7 @@ struct XmpResult {
 // closes with "<?xpacket end='", and reads its properties. Never throws; a file without
 // such a packet gives the cleared result. Reads the file once, a page at a time.
 XmpResult ReadXmp(const QString& path);
+// The same for a file already open, which another reader may share.
+XmpResult ReadXmp(PagedFile& file);
 
 }  // namespace brindar

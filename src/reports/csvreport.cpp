@@ -2,6 +2,7 @@
 #include "reports/csvreport.h"
 
 #include "core/atomicfile.h"
+#include "core/captionids.h"
 #include "core/codepage.h"
 
 namespace brindar {
@@ -27,15 +28,15 @@ QString CsvLine(const QStringList& cells, const GridModel& grid, const QList<int
 ReportOutcome WriteCsvReport(const GridModel& grid, const QList<int>& order, const QString& directory,
                              const ReportContext& context)
 {
-    ReportOutcome outcome = BeginReport(grid, directory, context, 65, QStringLiteral("csv"));
+    ReportOutcome outcome = BeginReport(grid, directory, context, caption::NoFileNoCsvReport, QStringLiteral("csv"));
     if (outcome.error)
         return outcome;
     QStringList headers;
     for (int column = 0; column < grid.columnCount(); ++column)
         headers << grid.header(column);
     QByteArray bytes = EncodeWin1252(CsvLine(headers, grid, order)) + "\r\n";
-    for (const GridRow& row : grid.rows())
-        bytes += EncodeWin1252(CsvLine(row.cells, grid, order)) + "\r\n";
+    for (int row = 0; row < grid.rowCount(); ++row)
+        bytes += EncodeWin1252(CsvLine(grid.row(row).cells, grid, order)) + "\r\n";
     outcome.error = WriteFileAtomically(outcome.path, bytes);
     return outcome;
 }

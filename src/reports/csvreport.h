@@ -1,7 +1,8 @@
 // The CSV report: the grid as semicolon-separated text, for spreadsheets.
 #pragma once
 
-#include "reports/htmlreport.h"
+#include "reports/reportcontext.h"
+#include "scan/gridmodel.h"
 
 namespace brindar {
 

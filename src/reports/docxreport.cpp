@@ -1,6 +1,8 @@
 // The word-processor report: the grid as one table of a .docx package packed with libzip.
 #include "reports/docxreport.h"
 
+#include "core/captionids.h"
+#include "core/valuetext.h"
 #include "platform/filereplace.h"
 #include "reports/templatevariables.h"
 
@@ -377,7 +379,7 @@ std::optional<QString> WriteDocxReport(const QString& path, const QString& title
 ReportOutcome WriteWordReport(const GridModel& grid, const QList<int>& order, const QString& directory,
                               const ReportContext& context)
 {
-    ReportOutcome outcome = BeginReport(grid, directory, context, 71, QStringLiteral("docx"));
+    ReportOutcome outcome = BeginReport(grid, directory, context, caption::NoFileNoWordReport, QStringLiteral("docx"));
     if (!outcome.error)
         outcome.error =
             WriteDocxReport(outcome.path, ReportDateText(context.captions, context.now.date()), grid, order);

@@ -1,7 +1,7 @@
 // The word-processor report: the grid as a table of an Office Open XML document.
 #pragma once
 
-#include "reports/htmlreport.h"
+#include "reports/reportcontext.h"
 #include "scan/gridmodel.h"
 
 #include <QList>

@@ -1,13 +1,13 @@
-// The HTML report and the page of a list of reports, line by line as browsers of the time
-// were given them.
+// The HTML report and the page of a list of reports, written line by line in the page
+// layout their users' style sheets and scripts rely on.
 #include "reports/htmlreport.h"
 
 #include "core/atomicfile.h"
+#include "core/captionids.h"
 #include "core/codepage.h"
+#include "core/paths.h"
 #include "reports/templatevariables.h"
-#include "version.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -74,8 +74,6 @@ QStringList FooterImageAndText(const QString& outputDirectory, const ReportConte
                         outputDirectory, context);
 }
 
-QString JoinPath(const QString& folder, const QString& name) { return folder + u'/' + name; }
-
 // The page's text in Windows-1252; a character that code page lacks (a name in another
 // script) is written as a character reference, which every browser shows as it was.
 QByteArray PageBytes(const QString& line)
@@ -105,24 +103,27 @@ std::optional<QString> WriteLines(const QString& path, const QStringList& lines)
     return WriteFileAtomically(path, bytes);
 }
 
-QString DocumentsText(const ReportContext& context) { return context.captions.text(CaptionSection::Main, 90); }
+QString DocumentsText(const ReportContext& context) { return context.captions.text(caption::DocumentsCounted); }
 
 }  // namespace
 
-QString ReportOutputDirectory(const QString& directory)
+bool IsLocaleNumber(const QString& text, const QLocale& locale)
 {
-    return directory.endsWith(u'/') ? directory.chopped(1) : directory;
-}
-
-void DeleteOldReports(const QString& folder, const Configuration& configuration, const QString& extension)
-{
-    if (configuration.prefixeTableau.isEmpty() || !configuration.effacerAnciensTableaux)
-        return;
-    QDir dir(folder.isEmpty() ? QStringLiteral("/") : folder);
-    // Names compare without regard to case, as the folder listing of the system did.
-    const QStringList old = dir.entryList({configuration.prefixeTableau + QStringLiteral("*.") + extension}, QDir::Files | QDir::Hidden);
-    for (const QString& name : old)
-        dir.remove(name);
+    const QString trimmed = text.trimmed();
+    const QString signs = QStringLiteral("+-") + locale.negativeSign() + locale.positiveSign();
+    const QString separators = locale.decimalPoint() + locale.groupSeparator();
+    const QString exponent = locale.exponential();
+    bool digit = false;
+    for (qsizetype i = 0; i < trimmed.size(); ++i) {
+        const QChar c = trimmed[i];
+        if (c.isDigit())
+            digit = true;
+        else if (!signs.contains(c) && !separators.contains(c) && exponent.compare(QString(c), Qt::CaseInsensitive) != 0)
+            return false;  // a letter: "nan", "inf", "12 pages"
+    }
+    bool number = false;
+    locale.toDouble(trimmed, &number);
+    return digit && number;
 }
 
 QString HeaderColour(qint32 couleurTitre)
@@ -177,7 +178,7 @@ QStringList ReportTableLines(const GridModel& grid, const QList<int>& order, con
             else if (column == 0)
                 lines << QStringLiteral("<td%1><a href=\"%2\">%3</td>")
                              .arg(nowrap, LinkForPath(context.substitutions, JoinPath(outputDirectory, text)), text);
-            else if (bool number = false; context.locale.toDouble(text.trimmed(), &number), number)
+            else if (IsLocaleNumber(text, context.locale))
                 lines << QStringLiteral("<td align=\"center\"%1>%2</td>").arg(nowrap, text);
             else
                 lines << QStringLiteral("<td%1>%2</td>").arg(nowrap, EscapeCellText(text));
@@ -191,33 +192,17 @@ QStringList ReportTableLines(const GridModel& grid, const QList<int>& order, con
     return lines;
 }
 
-ReportOutcome BeginReport(const GridModel& grid, const QString& directory, const ReportContext& context,
-                          int noFileMessage, const QString& extension)
-{
-    ReportOutcome outcome;
-    if (grid.rowCount() < 1) {
-        outcome.error = context.captions.text(CaptionSection::Main, noFileMessage);
-        outcome.nothingToReport = true;
-        return outcome;
-    }
-    const QString output = ReportOutputDirectory(directory);
-    DeleteOldReports(output, context.configuration, extension);
-    outcome.path =
-        JoinPath(output, ReportBaseName(context.configuration, context.captions, context.now) + u'.' + extension);
-    return outcome;
-}
-
 ReportOutcome WriteHtmlReport(const GridModel& grid, const QList<int>& order, const QString& directory,
                               const ReportContext& context)
 {
     const Configuration& c = context.configuration;
-    ReportOutcome outcome = BeginReport(grid, directory, context, 80, QStringLiteral("html"));
+    ReportOutcome outcome = BeginReport(grid, directory, context, caption::NoFileNoHtmlReport, QStringLiteral("html"));
     if (outcome.error)
         return outcome;
     const QString output = ReportOutputDirectory(directory);
 
     QStringList lines{QStringLiteral("<html>"), QStringLiteral("<head>"),
-                      QStringLiteral("<title>%1</title>").arg(context.captions.text(CaptionSection::Main, 82)),
+                      QStringLiteral("<title>%1</title>").arg(context.captions.text(caption::ReportPageTitle)),
                       QStringLiteral("</head>")};
     lines << BodyAndHeader(output, context) << HeaderImageAndText(output, context);
     QString headingImage;
@@ -239,17 +224,24 @@ ReportOutcome WriteHtmlReport(const GridModel& grid, const QList<int>& order, co
 }
 
 ReportOutcome WriteReportsListPage(const ReportsList& list, const QList<int>& order, const ReportContext& context,
-                                   const std::function<GridModel(const QString& directory)>& scan)
+                                   const std::function<GridModel(const QString& directory)>& scan,
+                                   const std::function<void(const ReportsListProgress&)>& onProgress,
+                                   const std::atomic<bool>* stop)
 {
     const Configuration& c = context.configuration;
     ReportOutcome outcome;
     if (list.isEmpty()) {
-        outcome.error = context.captions.text(CaptionSection::Main, 81);
+        outcome.error = context.captions.text(caption::ReportsListEmpty);
         outcome.nothingToReport = true;
         return outcome;
     }
+    // An empty (or vanished) folder is no place to write in: the page would land at the
+    // root of the file system.
+    if (c.pathListeTableaux.isEmpty()) {
+        outcome.error = context.captions.text(caption::NoReportsListFolder);
+        return outcome;
+    }
     const QString output = ReportOutputDirectory(c.pathListeTableaux);
-    DeleteOldReports(output, c, QStringLiteral("html"));
     QString headingImage;
     if (const auto image = ImageSource(c.imageDebutTableau, c.imageDebutTableauExtension, QStringLiteral("-headerReport"),
                                        output, context))
@@ -257,8 +249,9 @@ ReportOutcome WriteReportsListPage(const ReportsList& list, const QList<int>& or
     outcome.path = JoinPath(output, ReportBaseName(c, context.captions, context.now) + QStringLiteral(".html"));
 
     QStringList lines{QStringLiteral("<html>"), QStringLiteral("<head>"),
-                      QStringLiteral("<title>%1</title>").arg(context.captions.text(CaptionSection::Main, 82))};
-    // The assignment is split after its last dot, as the page always had it.
+                      QStringLiteral("<title>%1</title>").arg(context.captions.text(caption::ReportPageTitle))};
+    // The assignment is split over two lines after its last dot; a browser reads the two
+    // lines as one statement.
     for (const char* line : {"<SCRIPT LANGUAGE=\"Javascript\">", "<!--", "function Gotolink() {", "var selection;",
                              "selection=document.links.choix;",
                              "window.location=selection.options[selection.selectedIndex].", "value;", "}", "//-->",
@@ -296,9 +289,17 @@ ReportOutcome WriteReportsListPage(const ReportsList& list, const QList<int>& or
 
     int number = 0;
     qint64 total = 0;
+    const int existing = int(std::count_if(list.cbegin(), list.cend(),
+                                           [&](const ReportEntry& e) { return e.active && exists(e.directory); }));
     for (const ReportEntry& entry : list) {
         if (!entry.active || !exists(entry.directory))
             continue;
+        if (stop && stop->load()) {
+            outcome.stopped = true;
+            return outcome;
+        }
+        if (onProgress)
+            onProgress(ReportsListProgress{number, existing, entry.directory});
         const GridModel grid = scan(entry.directory);
         if (number > 0)
             lines << QStringLiteral("<br><hr size=\"10\">");
@@ -314,8 +315,12 @@ ReportOutcome WriteReportsListPage(const ReportsList& list, const QList<int>& or
                          .arg(LinkForPath(context.substitutions, entry.directory));
     }
     if (c.totalDocuments)
-        lines << QStringLiteral("<hr>%1 = %2").arg(context.captions.text(CaptionSection::Main, 83)).arg(total);
+        lines << QStringLiteral("<hr>%1 = %2").arg(context.captions.text(caption::TotalDocuments)).arg(total);
     lines << FooterImageAndText(output, context) << QStringLiteral("</body>") << QStringLiteral("</html>");
+    if (onProgress)
+        onProgress(ReportsListProgress{number, existing, QString()});
+    // The older pages go only now that the new one is complete.
+    DeleteOldReports(output, c, QStringLiteral("html"));
     outcome.error = WriteLines(outcome.path, lines);
     return outcome;
 }

@@ -2,46 +2,16 @@
 // built from the same table writer.
 #pragma once
 
-#include "core/configuration.h"
-#include "core/language.h"
-#include "platform/systeminfo.h"
-#include "reports/reportslist.h"
-#include "reports/substitutions.h"
+#include "reports/reportcontext.h"
 #include "scan/gridmodel.h"
 
-#include <QDateTime>
 #include <QLocale>
 #include <QString>
 #include <QStringList>
+#include <atomic>
 #include <functional>
-#include <optional>
 
 namespace brindar {
-
-// What every report reads besides the grid.
-struct ReportContext {
-    const Configuration& configuration;
-    const Captions& captions;
-    const SystemInfo& system;
-    const Substitutions& substitutions;
-    const ReportsList& reportsList;
-    QDateTime now = QDateTime::currentDateTime();
-    bool webdings = false;      // the "Webdings" font is installed (the window knows)
-    QLocale locale = QLocale::system();  // the number rules of numeric cells
-};
-
-struct ReportOutcome {
-    QString path;                  // the report written
-    std::optional<QString> error;  // the message to show instead: no file, empty list, write error
-    bool nothingToReport = false;  // the error is "no file" / "empty list", not a failure to write
-};
-
-// The output folder of a report: the folder without a trailing "/" (the root gives "").
-QString ReportOutputDirectory(const QString& directory);
-
-// Deletes "<folder>/<prefix>*.<extension>" when the prefix is not empty and
-// `EffacerAnciensTableaux` is set; errors are ignored.
-void DeleteOldReports(const QString& folder, const Configuration& configuration, const QString& extension);
 
 // The header row's colour, "RRGGBB" from `CouleurTitre` (blue-green-red), with the
 // one-time "00" padding of short values kept.
@@ -56,20 +26,28 @@ QString EscapeCellText(QString text);
 QStringList ReportTableLines(const GridModel& grid, const QList<int>& order, const QString& outputDirectory,
                              const ReportContext& context);
 
-// What every report of one folder does first: with no file in the grid, the outcome
-// carries the caption `noFileMessage` of [Main]; else the older reports of the prefix
-// with this extension are deleted and the path "<folder>/<base name>.<extension>" chosen.
-ReportOutcome BeginReport(const GridModel& grid, const QString& directory, const ReportContext& context,
-                          int noFileMessage, const QString& extension);
-
 // The HTML report of the grid of `directory`, written into that folder:
 // "<PrefixeTableau>[ <date> - <time>].html". Older reports of the prefix go first.
 ReportOutcome WriteHtmlReport(const GridModel& grid, const QList<int>& order, const QString& directory,
                               const ReportContext& context);
 
+// Whether a cell reads as a number by the locale's number rules: digits with the locale's
+// signs, group and decimal separators and exponent, nothing else ("nan" and "inf" are words).
+bool IsLocaleNumber(const QString& text, const QLocale& locale);
+
+struct ReportsListProgress {
+    int done = 0;       // folders reported
+    int total = 0;      // active folders that exist
+    QString directory;  // the folder being scanned
+};
+
 // The page of the active reports of `list` in `PathListeTableaux`: index, one heading and
-// one table per folder that still exists. `scan` gives the grid of a folder.
+// one table per folder that still exists. `scan` gives the grid of a folder. Without an
+// output folder nothing is written and the outcome says so. Setting `stop` ends the page
+// before its next folder: nothing is written and no older report goes.
 ReportOutcome WriteReportsListPage(const ReportsList& list, const QList<int>& order, const ReportContext& context,
-                                   const std::function<GridModel(const QString& directory)>& scan);
+                                   const std::function<GridModel(const QString& directory)>& scan,
+                                   const std::function<void(const ReportsListProgress&)>& onProgress = {},
+                                   const std::atomic<bool>* stop = nullptr);
 
 }  // namespace brindar

@@ -2,9 +2,10 @@
 // the add dialog and the list editor.
 #include "reports/reportslist.h"
 
+#include "core/captionids.h"
+#include "core/columnorder.h"
 #include "platform/fileinfo.h"
-#include "reports/columnorder.h"
-#include "reports/substitutions.h"
+#include "reports/sequentialfile.h"
 
 #include <QDir>
 
@@ -91,13 +92,13 @@ std::optional<QString> AddDirectories(ReportsList& list, const QString& director
                                       const Captions& captions)
 {
     if (!IsAbsolutePath(directory))
-        return captions.text(CaptionSection::List, 21);
+        return captions.text(caption::PathIsInvalid);
     // The key is compared with the directory the main window shows, which never ends
     // with "/" (the root aside) nor holds "." or ".." steps.
     const QString folder = QDir::cleanPath(directory);
     if (!subdirectories) {
         if (!AddCurrentDirectory(list, folder))
-            return captions.text(CaptionSection::List, 18);
+            return captions.text(caption::DirectoryAlreadyInList);
         return std::nullopt;
     }
 
@@ -114,9 +115,9 @@ std::optional<QString> AddDirectories(ReportsList& list, const QString& director
             ++added;
     }
     if (found == 0)
-        return captions.text(CaptionSection::List, 19) + QStringLiteral("\r\n") + folder;
+        return captions.text(caption::NoSubdirectoriesIn) + QStringLiteral("\r\n") + folder;
     if (added == 0)
-        return captions.text(CaptionSection::List, 20);
+        return captions.text(caption::AllDirectoriesInList);
     return std::nullopt;
 }
 

@@ -5,19 +5,6 @@
 
 namespace brindar {
 
-QString ReportDateText(const Captions& captions, const QDate& date)
-{
-    const QString month = captions.monthName(date.month());
-    if (captions.dateOrderKey() == u"DDMMYYYY")
-        return QStringLiteral("%1 %2 %3").arg(date.day()).arg(month).arg(date.year());
-    return QStringLiteral("%1 %2, %3").arg(month).arg(date.day()).arg(date.year());
-}
-
-QString ReportTimeText(const QTime& time)
-{
-    return time.toString(QStringLiteral("HH 'h' mm"));
-}
-
 QString ReportBaseName(const Configuration& configuration, const Captions& captions, const QDateTime& now)
 {
     if (!configuration.ajouterDate)

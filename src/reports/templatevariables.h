@@ -4,19 +4,13 @@
 
 #include "core/configuration.h"
 #include "core/language.h"
+#include "core/valuetext.h"
 #include "platform/systeminfo.h"
 
 #include <QDateTime>
 #include <QString>
 
 namespace brindar {
-
-// "15 November 2026" when the language's date-order key is "DDMMYYYY", else
-// "November 15, 2026": the day without a leading zero, the language's month name.
-QString ReportDateText(const Captions& captions, const QDate& date);
-
-// "14 h 05".
-QString ReportTimeText(const QTime& time);
 
 // `PrefixeTableau` alone, or with `AjouterDate` "Brindar 15 November 2026 - 14 h 05".
 QString ReportBaseName(const Configuration& configuration, const Captions& captions, const QDateTime& now);

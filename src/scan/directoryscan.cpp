@@ -1,17 +1,21 @@
 // The directory scan: readers routed by extension and switches, rows in listing order.
 #include "scan/directoryscan.h"
 
-#include "core/configurationfiles.h"
+#include "core/captionids.h"
 #include "core/fieldtable.h"
-#include "platform/namedstreams.h"
-#include "readers/officeproperties.h"
+#include "core/paths.h"
+#include "core/valuetext.h"
+#include "platform/fileinfo.h"
+#include "readers/commentstream.h"
+#include "readers/compoundfile.h"
+#include "readers/pagedfile.h"
+#include "readers/readertable.h"
 #include "readers/text.h"
-#include "scan/columnvalues.h"
 #include "scan/metadatacache.h"
 
-#include <QStringDecoder>
 #include <QThread>
 #include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
@@ -21,22 +25,11 @@
 namespace brindar {
 namespace {
 
-const QStringList kOpenOfficeExtensions = {QStringLiteral("SXW"), QStringLiteral("SXC"), QStringLiteral("SXD"),
-                                           QStringLiteral("SXI"), QStringLiteral("SXM"), QStringLiteral("SXG")};
-const QStringList kHtmlExtensions = {QStringLiteral("HTM"), QStringLiteral("HTML")};
-const QStringList kIptcExtensions = {QStringLiteral("JPG"), QStringLiteral("JPEG"), QStringLiteral("TIF"),
-                                     QStringLiteral("TIFF")};
-// The layout formats whose XMP packets the scan reads, as the file-selection dialog
-// lists them.
-const QStringList kXmpExtensions = {QStringLiteral("EPS"), QStringLiteral("INDD"), QStringLiteral("PM7"),
-                                    QStringLiteral("PSD"), QStringLiteral("AI"),   QStringLiteral("FM")};
-
 // A row being filled: a value lands only in a displayed column that is still empty, so
 // the first reader (and the first row of its table) with a value wins.
 class RowBuilder {
 public:
-    RowBuilder(const ScanContext& context, const QString& name)
-        : context_(context), cells_(context.columnCount)
+    RowBuilder(const ScanContext& context, const QString& name) : context_(context), cells_(context.columnCount)
     {
         cells_[0] = name;
     }
@@ -51,9 +44,10 @@ public:
     void fill(std::span<const ColumnSource<Result>> sources, const Result& result)
     {
         for (const auto& source : sources)
-            put(source.code, result.*(source.field));
+            if (column(source.code) > 0)
+                put(source.code, source.value(result));
     }
-    // The user-defined pending, looked up by name among the file's custom properties.
+    // The user-defined properties, looked up by name among the file's custom properties.
     void putUserDefined(const QString& name, const QString& value)
     {
         const auto& columns = context_.session.columns;
@@ -89,48 +83,23 @@ bool PassesExtensionFilter(const Configuration& c, const QString& extension, boo
     return true;
 }
 
-QString MacintoshComments(const QString& path)
-{
-    // The stream a Macintosh client writes on NTFS, UTF-16; else the desktop comment.
-    if (auto bytes = ReadNamedStream(path, QStringLiteral("Comments"))) {
-        QString text = QStringDecoder(QStringDecoder::Utf16LE).decode(*bytes);
-        const qsizetype nul = text.indexOf(QChar(0));
-        return nul >= 0 ? text.left(nul) : text;
-    }
-    if (auto bytes = ReadNamedStream(path, QStringLiteral("xdg.comment")))
-        return QString::fromUtf8(*bytes);
-    return QString();
-}
-
-void ReadOffice(const QString& path, const ScanContext& context, RowBuilder& row, bool otherFamily)
+// The Office component, asked of every file. `compound` says whether the file can be a
+// compound document; when it cannot, only its named streams may hold property sets.
+void ReadOffice(const QString& path, bool compound, const ScanContext& context, RowBuilder& row)
 {
     OfficeProperties office;
-    const bool opened = otherFamily ? office.openNamedStreams(path, OfficeProperties::kModeRead)
-                                    : office.open(path, OfficeProperties::kModeRead);
+    const bool opened = compound ? office.open(path, OfficeProperties::kModeRead)
+                                 : office.openNamedStreams(path, OfficeProperties::kModeRead);
     if (!opened)
         return;
     const bool localTime = context.session.configuration.localTime;
-    for (const OfficeField& field : OfficeFields()) {
-        if (row.column(field.code) < 0)
-            continue;
-        const std::optional<QVariant> value = field.get(office);
-        if (!value)
-            continue;
-        if (qstrcmp(field.code, ".ED") == 0)
-            row.put(field.code, EditingTime(value->toLongLong()));
-        else if (value->typeId() == QMetaType::LongLong)
-            row.put(field.code, value->toLongLong() == 0 ? QString() : value->toString());
-        else
-            row.put(field.code, CellText(*value, localTime));
-    }
+    for (const OfficeColumn& column : OfficeColumns())
+        if (row.column(column.code) > 0)
+            row.put(column.code, column.text(office, localTime));
     for (int i = 0; i < office.userDefinedCount(); ++i)
         row.putUserDefined(office.userDefinedName(i).value_or(QString()),
                            CellText(office.userDefinedValue(i).value_or(QVariant()), localTime));
 }
-
-}  // namespace
-
-namespace {
 
 int LetterIndex(const char* code)
 {
@@ -145,81 +114,83 @@ int LetterIndex(const char* code)
 int ScanContext::column(const char* code) const
 {
     const int letters = LetterIndex(code);
-    return letters >= 0 ? byLetters_[size_t(letters)] : columnOf.value(QLatin1String(code), -1);
+    return letters >= 0 ? byLetters_[size_t(letters)] : columnOf_.value(QLatin1String(code), -1);
 }
 
-ScanContext::ScanContext(const Session& s) : session(s)
+ScanContext::ScanContext(const Session& s) : session(s), readers(ReadersFilling(s.columns))
 {
     const ColumnSet& columns = s.columns;
     columnCount = int(columns.columns.size());
     byLetters_.fill(-1);
     for (int i = 1; i < columnCount; ++i) {
-        columnOf.insert(columns.columns[i].code, i);
+        columnOf_.insert(columns.columns[i].code, i);
         if (const int letters = LetterIndex(columns.columns[i].code.toLatin1().constData()); letters >= 0)
             byLetters_[size_t(letters)] = i;
     }
-    for (const OfficeField& field : OfficeFields())
-        officeWanted = officeWanted || columnOf.contains(QLatin1String(field.code));
-    for (int slot = 0; slot < kUserSlotCount; ++slot)
-        officeWanted = officeWanted || columnOf.contains(QStringLiteral(".P%1").arg(slot));
 }
 
 GridRow ScanFile(const QString& directory, const DirectoryEntry& entry, const ScanContext& context,
                  QStringList* messages)
 {
     const Configuration& c = context.session.configuration;
-    const unsigned flags = context.session.columns.readerFlags;
-    const QString path = directory == u"/" ? u'/' + entry.name : directory + u'/' + entry.name;
+    const QString path = JoinPath(directory, entry.name);
     const qsizetype dot = entry.name.lastIndexOf(u'.');
-    const QString extension = dot < 0 ? QString() : entry.name.mid(dot + 1).toUpper();
+    const ReaderBit family = ReaderOfExtension(dot < 0 ? QString() : entry.name.mid(dot + 1).toUpper());
     RowBuilder row(context, entry.name);
+    row.put(".SN", entry.shortName);
     auto shortRead = [&](bool failed) {
         if (failed)
-            messages->append(context.session.captions.text(CaptionSection::Main, 70) + u' ' + path);
+            messages->append(context.session.captions.text(caption::ErrorReadingFile) + u' ' + path);
+    };
+    // One open per file: the family reader and the Office component's signature test
+    // share it.
+    std::optional<PagedFile> file;
+    auto opened = [&]() -> PagedFile& {
+        if (!file)
+            file.emplace(path);
+        return *file;
+    };
+    const auto wanted = [&](ReaderBit reader, bool familySwitch) {
+        return family == reader && Gate(c, familySwitch) && (context.readers & reader);
     };
 
-    if (kOpenOfficeExtensions.contains(extension) && Gate(c, c.inclureOO) && (flags & kReaderOpenOffice)) {
-        const OpenOfficeResult r = ReadOpenOfficeMeta(path);
+    if (wanted(kReaderOpenOffice, c.inclureOO)) {
+        const OpenOfficeResult r = ReadOpenOfficeMeta(opened());
         shortRead(r.shortRead);
         row.fill(OpenOfficeColumns(), r);
-        row.put(".ED", EditingTime(DurationMinutes(r.editingDuration)));
         for (const auto& [name, value] : r.userDefined)
             row.putUserDefined(name, value);
     }
-    if (extension == u"PDF" && Gate(c, c.inclurePdf) && (flags & kReaderPdf)) {
-        const PdfInfo r = ReadPdfInfo(path);
+    if (wanted(kReaderPdf, c.inclurePdf)) {
+        const PdfInfo r = ReadPdfInfo(opened());
         shortRead(r.shortRead);
         row.fill(PdfColumns(), r);
-        if (r.encrypted)
-            row.put(".EN", QStringLiteral("true"));
     }
-    if (kHtmlExtensions.contains(extension) && Gate(c, c.inclureHtml) && (flags & kReaderHtml)) {
-        const HtmlMetaResult r = ReadHtmlMeta(path);
+    if (wanted(kReaderHtml, c.inclureHtml)) {
+        const HtmlMetaResult r = ReadHtmlMeta(opened());
         shortRead(r.shortRead);
         row.fill(HtmlColumns(), r);
         for (const auto& [name, value] : r.metaTags)
             row.putUserDefined(name, value);
     }
-    if (kIptcExtensions.contains(extension) && Gate(c, c.inclureJpeg) && (flags & kReaderIptc)) {
-        const IptcResult r = ReadIptc(path, context.session.columns.macintoshAccents);
+    if (wanted(kReaderIptc, c.inclureJpeg)) {
+        const IptcResult r = ReadIptc(opened(), context.session.columns.macintoshAccents);
         shortRead(r.shortRead);
         row.fill(IptcColumns(), r);
     }
-    if (kXmpExtensions.contains(extension) && Gate(c, c.inclureXmp) && (flags & kReaderXmp)) {
-        const XmpResult r = ReadXmp(path);
+    if (wanted(kReaderXmp, c.inclureXmp)) {
+        const XmpResult r = ReadXmp(opened());
         shortRead(r.shortRead);
         row.fill(XmpColumns(), r);
     }
-    if (Gate(c, c.inclureOffice) && context.officeWanted) {
-        // A file in which another family's reader found its metadata is that family's
-        // file, not a compound document: only its named streams can hold property sets,
-        // and the file is not opened a second time.
-        const QStringList& cells = row.cells();
-        const bool otherFamily = std::any_of(cells.cbegin() + 1, cells.cend(), [](const QString& v) { return !v.isEmpty(); });
-        ReadOffice(path, context, row, otherFamily);
+    if (Gate(c, c.inclureOffice) && (context.readers & kReaderOffice)) {
+        // A file a family reader has opened is tested for the compound-file signature in
+        // the bytes that reader already has; any other file is opened by the component.
+        const bool compound = !file || CompoundFile::HasSignature(file->head(8));
+        ReadOffice(path, compound, context, row);
     }
-    if (const int mc = row.column(".MC"); mc > 0)
-        row.put(".MC", MacintoshComments(path));
+    if (row.column(".MC") > 0)
+        row.put(".MC", ReadComment(path).value_or(QString()));
 
     QStringList& cells = row.cells();
     // Dates of every family in one form, which sorts in date order.
@@ -227,13 +198,11 @@ GridRow ScanFile(const QString& directory, const DirectoryEntry& entry, const Sc
         if (const int col = row.column(code); col > 0)
             cells[col] = GridDate(cells[col]);
     // A count of zero says nothing: shown empty, like a zero date.
-    const auto fields = FieldTable();
-    for (int i = 0; i < int(fields.size()); ++i)
-        if (const int col = row.column(fields[i].code); col > 0 && (fields[i].notes & kNoteNumeric) && cells[col] == u"0")
+    for (const FieldInfo& field : FieldTable())
+        if (const int col = row.column(field.code); col > 0 && (field.notes & kNoteNumeric) && cells[col] == u"0")
             cells[col].clear();
-    // An application named "Microsoft Word" shows as "Word".
-    if (const int ap = row.column(".AP"); ap > 0 && cells[ap].startsWith(u"Microsoft "))
-        cells[ap].remove(0, 10);
+    if (const int ap = row.column(".AP"); ap > 0)
+        cells[ap] = WithoutMicrosoftPrefix(cells[ap]);
 
     GridRow result;
     result.hasMetadata = std::any_of(cells.cbegin() + 1, cells.cend(), [](const QString& v) { return !v.isEmpty(); });
@@ -241,31 +210,30 @@ GridRow ScanFile(const QString& directory, const DirectoryEntry& entry, const Sc
     return result;
 }
 
-ScanResult ScanDirectory(const Session& session, const ScanRequest& request,
-                         const std::function<void(const GridRow&)>& onRow,
-                         const std::function<void(const ScanProgress&)>& onProgress, const std::atomic<bool>* stop)
+ScanResult ScanDirectory(Session session, const ScanRequest& request, const ScanCallbacks& callbacks,
+                         const std::atomic<bool>* stop)
 {
     ScanResult result;
     const QString directory = request.directory;
-    if (auto error = SaveOption(session.configurationPath, QStringLiteral("Configuration"),
-                                QStringLiteral("Repertoire"), directory))
-        result.messages.append(session.captions.text(CaptionSection::Main, 99) + u' ' + *error);
-
     const Configuration& c = session.configuration;
     const QString codeList = session.columns.codeList;
     const bool cacheOn = c.useNtfsCache && session.system.nt;
     auto stopped = [&] { return stop && stop->load(); };
-    auto deliver = [&](const GridRow& row) {
-        ++result.files;
-        result.documents += row.hasMetadata;
-        onRow(row);
+    auto deliver = [&](const QList<GridRow>& rows, const QString& lastName, int total) {
+        for (const GridRow& row : rows) {
+            ++result.files;
+            result.documents += row.hasMetadata;
+        }
+        if (callbacks.onRows)
+            callbacks.onRows(rows);
+        if (callbacks.onProgress)
+            callbacks.onProgress(ScanProgress{result.files, total, lastName});
     };
 
     if (cacheOn && !request.rescan) {
         if (auto rows = ReadMetadataCache(directory, codeList, session.captions, &result.cacheStatus)) {
             result.fromCache = true;
-            for (const GridRow& row : *rows)
-                deliver(row);
+            deliver(*rows, rows->isEmpty() ? QString() : rows->last().cells.value(0), int(rows->size()));
             return result;
         }
     } else {
@@ -273,8 +241,11 @@ ScanResult ScanDirectory(const Session& session, const ScanRequest& request,
         InvalidateMetadataCache(directory, codeList);
     }
 
+    const ScanContext context(session);
+    // Short names exist only where an NTFS volume keeps them; nobody asks otherwise.
+    const bool shortNames = context.column(".SN") > 0 && VolumeOf(directory).ntfs();
     bool listed = false;
-    QList<DirectoryEntry> entries = ListFiles(directory, &listed);
+    QList<DirectoryEntry> entries = ListFiles(directory, &listed, shortNames);
     result.listed = listed;
     entries.removeIf([&](const DirectoryEntry& e) {
         const qsizetype dot = e.name.lastIndexOf(u'.');
@@ -282,7 +253,6 @@ ScanResult ScanDirectory(const Session& session, const ScanRequest& request,
                || !PassesExtensionFilter(c, dot < 0 ? QString() : e.name.mid(dot + 1).toUpper(), dot >= 0);
     });
 
-    const ScanContext context(session);
     const int total = int(entries.size());
     struct Slot {
         std::optional<GridRow> row;
@@ -292,51 +262,55 @@ ScanResult ScanDirectory(const Session& session, const ScanRequest& request,
     std::mutex mutex;
     std::condition_variable ready;
     std::atomic<int> next{0};
-    // Workers take files a batch at a time and hand a batch over at once: one lock and
-    // one wake-up per batch, not per file.
+    // A batch delivered holds at most this many rows, so that a caller showing them is
+    // never handed a whole folder at once.
+    constexpr int kMaxDelivery = 256;
+    // Workers take files a batch at a time and hand a batch over at once (one lock and one
+    // wake-up per batch), but look at the stop before every file.
     constexpr int kBatch = 32;
     auto work = [&] {
         std::vector<Slot> done;
-        for (int first; (first = next.fetch_add(kBatch)) < total && !stopped();) {
+        for (int first; !stopped() && (first = next.fetch_add(kBatch)) < total;) {
             const int last = std::min(total, first + kBatch);
             done.clear();
-            for (int i = first; i < last; ++i) {
+            for (int i = first; i < last && !stopped(); ++i) {
                 Slot slot;
                 slot.row = ScanFile(directory, entries[i], context, &slot.messages);
                 done.push_back(std::move(slot));
             }
             std::lock_guard lock(mutex);
-            for (int i = first; i < last; ++i)
-                pending[size_t(i)] = std::move(done[size_t(i - first)]);
+            for (size_t k = 0; k < done.size(); ++k)
+                pending[size_t(first) + k] = std::move(done[k]);
             ready.notify_all();
         }
-        std::lock_guard lock(mutex);
-        ready.notify_all();
     };
     const int threads = std::clamp(request.threads > 0 ? request.threads : QThread::idealThreadCount(), 1,
                                    std::max(1, total));
     std::vector<std::thread> workers;
-    for (int t = 0; t < threads; ++t)
+    for (int t = 0; t < threads && total > 0; ++t)
         workers.emplace_back(work);
 
     QList<GridRow> cached;
-    for (int i = 0; i < total; ++i) {
-        Slot slot;
+    for (int i = 0; i < total && !stopped();) {
+        QList<GridRow> batch;
+        QStringList messages;
         {
             std::unique_lock lock(mutex);
-            ready.wait(lock, [&] { return pending[size_t(i)].row.has_value() || stopped(); });
-            if (!pending[size_t(i)].row)
+            // The stop is a flag, not a wake-up: it is looked at every few milliseconds.
+            while (!pending[size_t(i)].row && !stopped())
+                ready.wait_for(lock, std::chrono::milliseconds(20));
+            if (stopped())
                 break;
-            slot = std::move(pending[size_t(i)]);
+            for (const int end = std::min(total, i + kMaxDelivery); i < end && pending[size_t(i)].row; ++i) {
+                messages.append(pending[size_t(i)].messages);
+                batch.append(std::move(*pending[size_t(i)].row));
+                pending[size_t(i)] = Slot();
+            }
         }
-        result.messages.append(slot.messages);
-        deliver(*slot.row);
-        if (onProgress)
-            onProgress(ScanProgress{i + 1, total, entries[i].name});
+        result.messages.append(messages);
+        deliver(batch, entries[i - 1].name, total);
         if (cacheOn)
-            cached.append(std::move(*slot.row));
-        if (stopped())
-            break;
+            cached.append(batch);
     }
     next = total;  // no new file is started once the caller stops listening
     for (std::thread& worker : workers)
@@ -351,18 +325,17 @@ QString CountsText(const Captions& captions, int files, int documents)
 {
     return QStringLiteral("%1 %2 - %3 %4")
         .arg(files)
-        .arg(captions.text(CaptionSection::Main, files > 1 ? 43 : 42))
+        .arg(captions.text(files > 1 ? caption::Files : caption::File))
         .arg(documents)
-        .arg(captions.text(CaptionSection::Main, documents > 1 ? 45 : 44));
+        .arg(captions.text(documents > 1 ? caption::Documents : caption::Document));
 }
 
 GridModel ScanIntoGrid(const Session& session, const QString& directory, ScanResult* result)
 {
     GridModel grid(session.columns, session.configuration);
-    QList<GridRow> rows;
-    const ScanResult scanned =
-        ScanDirectory(session, ScanRequest{directory, false, 0}, [&](const GridRow& row) { rows.append(row); });
-    grid.appendRows(rows);
+    ScanCallbacks callbacks;
+    callbacks.onRows = [&](const QList<GridRow>& rows) { grid.appendRows(rows); };
+    const ScanResult scanned = ScanDirectory(session, ScanRequest{directory, false, 0}, callbacks);
     grid.applySavedSort();
     if (result)
         *result = scanned;

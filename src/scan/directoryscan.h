@@ -7,6 +7,7 @@
 #include "scan/gridrow.h"
 
 #include <QHash>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <array>
@@ -24,7 +25,15 @@ struct ScanRequest {
 struct ScanProgress {
     int done = 0;
     int total = 0;
-    QString name;  // the file whose row was just delivered
+    QString name;  // the file whose row was delivered last
+};
+
+struct ScanCallbacks {
+    // Rows in listing order, a batch at a time: the rows that are ready, with all the rows
+    // before them, since the last call (256 at most).
+    std::function<void(const QList<GridRow>&)> onRows;
+    // After each batch.
+    std::function<void(const ScanProgress&)> onProgress;
 };
 
 struct ScanResult {
@@ -34,37 +43,39 @@ struct ScanResult {
     int files = 0;         // rows
     int documents = 0;     // rows with metadata
     QString cacheStatus;   // "reading cache 1234 bytes", "writing cache ...", or an error
-    QStringList messages;  // what the caller shows: read errors, a setting that was not saved
+    QStringList messages;  // what the caller shows: read errors
 };
 
 // What the scan of one folder needs to know, worked out once from the session.
 struct ScanContext {
-    ScanContext(const Session& session);
+    explicit ScanContext(const Session& session);
     const Session& session;
-    QHash<QString, int> columnOf;  // column code -> grid column
-    int column(const char* code) const;
-    bool officeWanted = false;     // a displayed column is one the Office component fills
+    unsigned readers = 0;  // ReaderBit: the readers some displayed column asks for
     int columnCount = 0;
+    int column(const char* code) const;  // -1 when the column is not displayed
 
 private:
     // The field table's codes are a dot and two capital letters: they index this table
     // directly, so the hundred look-ups of every file cost no string.
     std::array<int, 26 * 26> byLetters_{};
+    QHash<QString, int> columnOf_;  // the other codes (".P3")
 };
+
+// The columns the scan fills from the file system itself rather than from a reader: the
+// short name of the listing and the Macintosh comments of the comment stream.
+inline constexpr const char* kFileSystemColumns[] = {".SN", ".MC"};
 
 // The row of one file: pure, safe to run on several threads at once. Read errors are
 // added to `messages`.
 GridRow ScanFile(const QString& directory, const DirectoryEntry& entry, const ScanContext& context,
                  QStringList* messages);
 
-// Scans `request.directory` with the session's configuration: stores it as "Repertoire",
-// tries the metadata cache, else lists the folder and reads the files on a pool of
-// threads. Rows reach `onRow` in listing order as soon as they and the ones before them
-// are ready; `onProgress` follows them. Setting `stop` ends the scan after the rows
-// already delivered.
-ScanResult ScanDirectory(const Session& session, const ScanRequest& request,
-                         const std::function<void(const GridRow&)>& onRow,
-                         const std::function<void(const ScanProgress&)>& onProgress = {},
+// Scans `request.directory` with `session`, a snapshot that the scan reads while the
+// caller may go on changing its own: tries the metadata cache, else lists the folder and
+// reads the files on a pool of threads. The scan writes no setting ("Repertoire" is the
+// caller's). Setting `stop` ends the scan at once: no row is delivered after it, and it
+// returns when each reader thread has finished the one file it was reading.
+ScanResult ScanDirectory(Session session, const ScanRequest& request, const ScanCallbacks& callbacks,
                          const std::atomic<bool>* stop = nullptr);
 
 // The grid of `directory` as the window shows it after a scan: every row, the

@@ -4,7 +4,6 @@
 #include "core/configuration.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace brindar {
 
@@ -17,7 +16,7 @@ GridModel::GridModel(const ColumnSet& columns, const Configuration& configuratio
 {
     for (int c = 0; c < columnCount(); ++c) {
         const int fallback = c == 0 ? kDefaultDocumentWidth : kDefaultWidth;
-        // A negative width is the grid's "default width", as a width of -1 always was.
+        // A negative width stands for the grid's default width.
         const int saved = configuration.largeur.value(c, -1);
         widths_.append(saved < 0 ? fallback : saved);
     }
@@ -71,6 +70,15 @@ QList<int> GridModel::visibleColumns() const
     return visible;
 }
 
+void GridModel::setHidden(int column, bool hidden)
+{
+    if (hidden_[column] == hidden)
+        return;
+    hidden_[column] = hidden;
+    if (onColumnShown)
+        onColumnShown(column, !hidden);
+}
+
 void GridModel::appendRow(GridRow row)
 {
     row.cells.resize(columnCount());
@@ -78,13 +86,15 @@ void GridModel::appendRow(GridRow row)
     if (!displayEmptyColumns_)
         for (int c = 1; c < columnCount(); ++c)
             if (hidden_[c] && !row.cells[c].isEmpty())
-                hidden_[c] = false;
+                setHidden(c, false);
+    order_.append(int(rows_.size()));
     rows_.append(std::move(row));
 }
 
 void GridModel::appendRows(const QList<GridRow>& rows)
 {
     rows_.reserve(rows_.size() + rows.size());
+    order_.reserve(order_.size() + rows.size());
     for (const GridRow& row : rows)
         appendRow(row);
 }
@@ -92,6 +102,7 @@ void GridModel::appendRows(const QList<GridRow>& rows)
 void GridModel::clearRows()
 {
     rows_.clear();
+    order_.clear();
     if (!displayEmptyColumns_)
         hideEmptyColumns();
 }
@@ -100,10 +111,59 @@ QString GridModel::cell(int row, int column) const
 {
     if (row < 0 || row >= rowCount() || column < 0 || column >= columnCount())
         return QString();
-    return rows_[row].cells[column];
+    return rows_[order_[row]].cells[column];
 }
 
-bool GridModel::hasMetadata(int row) const { return row >= 0 && row < rowCount() && rows_[row].hasMetadata; }
+bool GridModel::hasMetadata(int row) const { return row >= 0 && row < rowCount() && rows_[order_[row]].hasMetadata; }
+
+int GridModel::rowOfId(int id) const { return int(order_.indexOf(id)); }
+
+void GridModel::replaceRow(int row, GridRow replacement)
+{
+    if (row < 0 || row >= rowCount())
+        return;
+    replacement.cells.resize(columnCount());
+    rows_[order_[row]] = std::move(replacement);
+    if (!displayEmptyColumns_)
+        hideEmptyColumns();
+}
+
+void GridModel::removeRows(QList<int> rows)
+{
+    QList<bool> removed(rows_.size(), false);
+    for (int row : rows)
+        if (row >= 0 && row < rowCount())
+            removed[order_[row]] = true;
+    // Each id moves down by the number of removed ids below it.
+    QList<int> newId(rows_.size(), -1);
+    QList<GridRow> kept;
+    for (int id = 0; id < rows_.size(); ++id) {
+        if (removed[id])
+            continue;
+        newId[id] = int(kept.size());
+        kept.append(std::move(rows_[id]));
+    }
+    QList<int> order;
+    for (int id : std::as_const(order_))
+        if (newId[id] >= 0)
+            order.append(newId[id]);
+    rows_ = std::move(kept);
+    order_ = std::move(order);
+    if (!displayEmptyColumns_)
+        hideEmptyColumns();
+}
+
+SettingsChange GridModel::stateChange() const
+{
+    SettingsChange change;
+    for (int c = 0; c < columnCount(); ++c)
+        change.setNumber(key::Largeur, c, keptWidth(c));
+    if (sortColumn_ >= 0) {
+        change.setNumber(key::Sort, sortColumn_);
+        change.setNumber(key::Up, sortUp_ ? 1 : 0);
+    }
+    return change;
+}
 
 void GridModel::sortByColumn(int column)
 {
@@ -139,14 +199,13 @@ std::optional<SortMode> GridModel::sortMode() const
 void GridModel::sortRows()
 {
     const int column = sortColumn_;
-    QList<int> order(rowCount());
-    std::iota(order.begin(), order.end(), 0);
+    QList<int>& order = order_;
     // Stable either way: rows that compare equal keep their order, in both directions.
     if (isNumeric(column)) {
         // The number the text begins with; an empty or wordy cell counts as 0.
-        QList<qint64> keys(rowCount());
-        for (int r = 0; r < rowCount(); ++r)
-            keys[r] = LeadingNumber(rows_[r].cells[column]);
+        QList<qint64> keys(rows_.size());
+        for (int id = 0; id < rows_.size(); ++id)
+            keys[id] = LeadingNumber(rows_[id].cells[column]);
         if (sortUp_)
             std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return keys[a] < keys[b]; });
         else
@@ -161,18 +220,14 @@ void GridModel::sortRows()
         else
             std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return less(b, a); });
     }
-    QList<GridRow> sorted;
-    sorted.reserve(rowCount());
-    for (int r : order)
-        sorted.append(std::move(rows_[r]));
-    rows_ = std::move(sorted);
 }
 
 void GridModel::setDisplayEmptyColumns(bool display)
 {
     displayEmptyColumns_ = display;
     if (display)
-        hidden_.fill(false);
+        for (int c = 0; c < columnCount(); ++c)
+            setHidden(c, false);
     else
         hideEmptyColumns();
 }
@@ -181,15 +236,14 @@ void GridModel::hideEmptyColumns()
 {
     // The document column is never hidden: every row has a file name.
     for (int c = 1; c < columnCount(); ++c)
-        hidden_[c] = std::all_of(rows_.cbegin(), rows_.cend(),
-                                 [c](const GridRow& row) { return row.cells[c].isEmpty(); });
+        setHidden(c, std::all_of(rows_.cbegin(), rows_.cend(), [c](const GridRow& row) { return row.cells[c].isEmpty(); }));
 }
 
 bool GridModel::isHighlighted(int row, int column) const
 {
     if (row < 0 || row >= rowCount() || column < 0 || column >= columnCount())
         return false;
-    return (surligner_ && rows_[row].hasMetadata) || (surlignerProprietesPersonnelles_ && isUserColumn(column));
+    return (surligner_ && rows_[order_[row]].hasMetadata) || (surlignerProprietesPersonnelles_ && isUserColumn(column));
 }
 
 }  // namespace brindar

@@ -3,10 +3,12 @@
 #pragma once
 
 #include "core/columnbuilder.h"
+#include "core/settings.h"
 #include "scan/gridrow.h"
 
 #include <QList>
 #include <QString>
+#include <functional>
 #include <optional>
 
 namespace brindar {
@@ -16,6 +18,9 @@ struct Configuration;
 // The grid's sort modes, in its own numbering.
 enum class SortMode { NumericAscending = 3, NumericDescending = 4, TextAscending = 7, TextDescending = 8 };
 
+// Rows are kept in the order they arrived, each under a row id (its arrival index, kept
+// until rows are removed); the grid shows them through a permutation, so a selection of
+// ids follows its files through every sort. "Row" below is a position in the grid.
 class GridModel {
 public:
     // Widths of the columns the configuration names no "Largeur" for.
@@ -39,16 +44,28 @@ public:
     void setWidth(int column, int width);
     // The columns whose shown width is above 0, in grid order.
     QList<int> visibleColumns() const;
+    // Called with (column, shown) whenever a column is hidden because it has become
+    // empty, or shown again because a value reached it.
+    std::function<void(int column, bool shown)> onColumnShown;
 
     // Rows. Each row gets exactly one cell per column: missing cells are empty, extra
     // ones are dropped. Appended rows go to the end, whatever the sort.
-    int rowCount() const { return int(rows_.size()); }
+    int rowCount() const { return int(order_.size()); }
     void appendRow(GridRow row);
     void appendRows(const QList<GridRow>& rows);
     void clearRows();
-    const QList<GridRow>& rows() const { return rows_; }
+    const GridRow& row(int row) const { return rows_[order_[row]]; }
     QString cell(int row, int column) const;
     bool hasMetadata(int row) const;
+
+    // Row ids and positions: order()[row] is the id shown at that row.
+    const QList<int>& order() const { return order_; }
+    int rowOfId(int id) const;  // -1 when no row has that id
+    // Rename: the row at `row` takes new cells (the file renamed, read again) and keeps its
+    // place until the next sort.
+    void replaceRow(int row, GridRow replacement);
+    // Delete: the rows at these positions go; every id above a removed one moves down.
+    void removeRows(QList<int> rows);
 
     // A click on a column's header: sorts by that column; the sort column clicked again
     // reverses the direction.
@@ -59,6 +76,10 @@ public:
     int sortColumn() const { return sortColumn_; }  // -1 before any sort
     bool sortUp() const { return sortUp_; }
     std::optional<SortMode> sortMode() const;
+
+    // The grid's state as the configuration keeps it: "Largeur"n of every column (the
+    // kept width), and "Sort" and "Up" once the grid has been sorted.
+    SettingsChange stateChange() const;
 
     // "Display empty columns": cleared, every column but the document's whose data cells
     // are all empty is hidden and keeps its width; checked, the kept widths come back.
@@ -73,11 +94,13 @@ public:
 private:
     void sortRows();
     void hideEmptyColumns();
+    void setHidden(int column, bool hidden);
 
     QList<Column> columns_;
     QList<int> widths_;
     QList<bool> hidden_;  // hidden as empty while empty columns are not displayed
-    QList<GridRow> rows_;
+    QList<GridRow> rows_;  // by id
+    QList<int> order_;     // position -> id
     std::optional<int> savedSort_;
     std::optional<int> savedUp_;
     int sortColumn_ = -1;

@@ -2,7 +2,7 @@
 #include "scan/metadatacache.h"
 
 #include "core/atomicfile.h"
-#include "core/language.h"
+#include "core/captionids.h"
 #include "platform/folders.h"
 
 #include <QCryptographicHash>
@@ -14,12 +14,6 @@
 
 namespace brindar {
 namespace {
-
-constexpr int kReadingCache = 94;
-constexpr int kWritingCache = 95;
-constexpr int kBytes = 96;
-constexpr int kWriteError = 97;
-constexpr int kNotEnoughMemory = 98;
 
 constexpr qint64 kChunkSize = 64 * 1024;
 // The longest file name most file systems accept, in bytes.
@@ -173,7 +167,7 @@ std::optional<QList<GridRow>> ReadMetadataCache(const QString& directory, const 
         return std::nullopt;
     if (size > kMetadataCacheLimit) {
         if (status)
-            *status = captions.text(CaptionSection::Main, kNotEnoughMemory);
+            *status = captions.text(caption::CacheNotEnoughMemory);
         return std::nullopt;
     }
 
@@ -192,8 +186,8 @@ std::optional<QList<GridRow>> ReadMetadataCache(const QString& directory, const 
         return std::nullopt;  // the stream changed while it was read, or was cut short
 
     if (status)
-        *status = captions.text(CaptionSection::Main, kReadingCache) + u' ' + QString::number(size) + u' '
-                  + captions.text(CaptionSection::Main, kBytes);
+        *status = captions.text(caption::ReadingCache) + u' ' + QString::number(size) + u' '
+                  + captions.text(caption::Bytes);
     return std::move(parser.rows);
 }
 
@@ -216,9 +210,9 @@ QString WriteMetadataCache(const QString& directory, const QString& codeList, co
     }
     const QString path = MetadataCachePath(directory, codeList);
     if (path.isEmpty() || WriteFileAtomically(path, text))
-        return captions.text(CaptionSection::Main, kWriteError);
-    return captions.text(CaptionSection::Main, kWritingCache) + u' ' + QString::number(text.size()) + u' '
-           + captions.text(CaptionSection::Main, kBytes);
+        return captions.text(caption::CacheWriteError);
+    return captions.text(caption::WritingCache) + u' ' + QString::number(text.size()) + u' '
+           + captions.text(caption::Bytes);
 }
 
 void InvalidateMetadataCache(const QString& directory, const QString& codeList)

@@ -20,7 +20,7 @@ if(NOT code EQUAL 0)
 endif()
 foreach(text "Language:        French"
              "Column codes:    :meta.AP.TI.AU.SU.KW.CM.PA.CD.MD.P0.LG.PU.VE.PR.CI.CP"
-             "Titre" "Client" "(numeric)" "Readers:         OpenOffice, HTML, PDF, IPTC, XMP")
+             "Titre" "Client" "(numeric)" "Readers:         OpenOffice, PDF, HTML, IPTC, XMP, Office")
   expect("${out}" "${text}")
 endforeach()
 

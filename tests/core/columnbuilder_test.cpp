@@ -63,19 +63,6 @@ TEST(ColumnBuilder, ColumnsFollowTheTableWhateverTheFileOrder)
         EXPECT_EQ(Build(row.ini, row.nt).codeList, QLatin1String(row.codes)) << row.ini.constData();
 }
 
-TEST(ColumnBuilder, ReaderFlagsFollowTheDisplayedColumns)
-{
-    const struct { const char* ini; unsigned flags; } rows[] = {
-        {"[PDF]\nPDFEncrypted=1", kReaderPdf},
-        {"[Proprietes]\nTitre=1", kReaderOpenOffice | kReaderHtml | kReaderPdf | kReaderIptc | kReaderXmp},
-        {"[Proprietes]\nCompagnie=1\nOctets=1", kReaderNone},  // the Office component has no flag
-        {"[Personnelles]\ntextPerso1=Client\nchkPerso1=1", kReaderOpenOffice | kReaderHtml},
-        {"[Personnelles]\ntextPerso1=\nchkPerso1=1", kReaderNone},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(Build(row.ini).readerFlags, row.flags) << row.ini;
-}
-
 TEST(ColumnBuilder, NumericColumnsByTheirCaption)
 {
     const QByteArray ini = "[Proprietes]\nRevision=1\nPages=1\nSecurite=1\n";

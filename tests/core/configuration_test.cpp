@@ -40,13 +40,6 @@ TEST(Configuration, NumbersColoursAndLists)
     for (const auto& row : lines)
         EXPECT_EQ(Read(QByteArray("[Configuration]\nLignesTexte=") + row.value).lignesTexte, row.lines) << row.value;
 
-    const Configuration defaults = Read("");
-    EXPECT_EQ(defaults.couleurSurlignage, -2147483635);  // the system highlight colour
-    EXPECT_EQ(defaults.couleurTitre, 65535);
-    EXPECT_EQ(defaults.langue, u"English");
-    EXPECT_EQ(defaults.prefixeTableau, u"Brindar");
-    EXPECT_FALSE(defaults.sort.has_value());
-
     const Configuration c = Read("[Configuration]\nCouleurSurlignage=255\nExtensionsSelected= doc , xls,pdf \n"
                                  "Largeur0=2500\nLargeur3=0\nLargeur7=wide\nSort=2\nUp=1\n[HTML]\nCouleurTitre=4294967295\n"
                                  "ImageEnTete=images/logo.final.PNG\nImagePied=noextension\n");
@@ -69,11 +62,6 @@ TEST(Configuration, AMissingFolderOfListsOfReportsIsIgnored)
 
 TEST(Configuration, ChooserNamesTheConfigurationInUse)
 {
-    const Chooser defaults = ReadChooser(IniDocument());
-    EXPECT_EQ(defaults.nom, u"Brindar");
-    EXPECT_EQ(defaults.nomConditions, u"Brindar");
-    EXPECT_FALSE(defaults.width.has_value());
-
     const Chooser chooser = ReadChooser(IniDocument("[MainWindow]\nWindowState=2\nWidth=800\n"
                                                     "[Configuration]\nNom=Photos\nNomConditions=../../etc/x\n"));
     EXPECT_EQ(chooser.nom, u"Photos");

@@ -1,5 +1,6 @@
 // The configuration-file dialog's rules: list, names, create, select, remove, save option.
 #include "core/configurationfiles.h"
+#include "core/paths.h"
 #include "core/inifile.h"
 #include "core/session.h"
 

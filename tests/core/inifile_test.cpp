@@ -79,24 +79,3 @@ TEST(IniFile, EncodingFollowsTheFileAndTheValues)
         EXPECT_EQ(IniDocument(row.after).value(u"S"_s, u"B"_s), row.value);
     }
 }
-
-TEST(IniFile, WritesCreateTheFileOrFailChangingNothing)
-{
-    const test::TempFolder folder;
-    auto write = [&](const char* file, const char* key) {
-        return WritePrivateProfileString(folder.file(QLatin1String(file)), u"HTML"_s, QLatin1String(key), u"1"_s);
-    };
-    ASSERT_FALSE(write("new/Brindar.ini", "PrefixeTableau"));
-    ASSERT_FALSE(write("new/Brindar.ini", "AjouterDate"));
-    EXPECT_EQ(folder.read(u"new/Brindar.ini"_s), "[HTML]\r\nPrefixeTableau=1\r\nAjouterDate=1\r\n");
-
-    // A folder where the file should be, and a file where the folder should be.
-    QDir(folder.path()).mkpath(u"Brindar.ini"_s);
-    const auto error = write("Brindar.ini", "K");
-    ASSERT_TRUE(error.has_value());
-    EXPECT_TRUE(error->contains(u"Brindar.ini"));
-    EXPECT_TRUE(QFileInfo(folder.file(u"Brindar.ini"_s)).isDir());
-    folder.write(u"plain"_s, "x");
-    EXPECT_TRUE(write("plain/Brindar.ini", "K"));
-    EXPECT_EQ(folder.read(u"plain"_s), "x");
-}

@@ -1,6 +1,7 @@
 // The batch mode: option grammar, every refusal in its order, the log page, and the
 // transformation step with its failures.
 #include "export/batchmode.h"
+#include "version.h"
 
 #include "support/tempfolder.h"
 
@@ -99,7 +100,8 @@ TEST(BatchMode, RefusesInTheOrderOfItsChecks)
         EXPECT_EQ(run.status, kBatchInvalid);
         EXPECT_EQ(run.messages, QStringList{MessageTitle() + QStringLiteral(": ") + message});
         EXPECT_TRUE(run.log.contains(QStringLiteral("command line: %1<br>").arg(line)));
-        EXPECT_TRUE(run.log.endsWith(message + QStringLiteral("<br>\r\n</body>\r\n</html>\r\n"))) << run.log.toStdString();
+        // The page ends with the message that stopped the run.
+        EXPECT_TRUE(run.log.endsWith(message + QStringLiteral("<br>\r\n"))) << run.log.toStdString();
         EXPECT_FALSE(QFile::exists(w + QStringLiteral("/a.xml")));
     }
 }

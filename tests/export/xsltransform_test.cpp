@@ -1,4 +1,5 @@
 // The XSL step: batch transformation, viewer file names, the SVG page, and the wording of every failure.
+#include "export/xmlviewer.h"
 #include "export/xsltransform.h"
 
 #include "support/tempfolder.h"

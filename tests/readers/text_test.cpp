@@ -16,7 +16,7 @@ const QString kEnDash = QString(QChar(0x2013));
 TEST(TextHelpers, CleaningAndEscaping)
 {
     EXPECT_EQ(CutAtNul(S("abc") + QChar(0) + S("xyz")), u"abc");
-    EXPECT_EQ(CutAtNul(S("abc")), QString());  // a buffer without its terminator is not taken
+    EXPECT_EQ(CutAtNul(S("abc")), u"abc");
     EXPECT_EQ(TrimTrailingNuls(S("ab") + QChar(0) + S("c") + QChar(0) + QChar(0)), S("ab") + QChar(0) + S("c"));
     EXPECT_EQ(TrimTrailingBlanks(S(" a\tb\t\n \r\n ")), S(" a\tb\t"));
     EXPECT_EQ(CleanForGrid(S("a") + QChar(0) + S("b") + kEnDash + S("c")), u"a b-c");

@@ -1,7 +1,7 @@
 // The HTML report and the list page against golden pages, and the rules of their cells.
 #include "core/configuration.h"
 #include "core/inifile.h"
-#include "reports/columnorder.h"
+#include "core/columnorder.h"
 #include "reports/csvreport.h"
 #include "reports/htmlreport.h"
 

@@ -1,5 +1,6 @@
 // Hyperlink path substitutions: links, the dialog's Add and Modify, the ".pat" file and its
 // sequential-file form.
+#include "reports/sequentialfile.h"
 #include "reports/substitutions.h"
 
 #include "support/tempfolder.h"

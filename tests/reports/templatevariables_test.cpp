@@ -19,14 +19,6 @@ Captions French()
 
 }  // namespace
 
-TEST(TemplateVariables, DateAndTimeTexts)
-{
-    EXPECT_EQ(ReportDateText(Captions::English(), QDate(2026, 3, 5)), u"March 5, 2026");
-    EXPECT_EQ(ReportDateText(French(), QDate(2026, 11, 15)), u"15 novembre 2026");
-    EXPECT_EQ(ReportTimeText(QTime(14, 5)), u"14 h 05");
-    EXPECT_EQ(ReportTimeText(QTime(9, 30)), u"09 h 30");
-}
-
 TEST(TemplateVariables, BaseNameAndVariables)
 {
     Configuration configuration;

@@ -1,8 +1,8 @@
 // The column order of the reports: stored in section "Columns", read back, and moved.
-#include "reports/columnorder.h"
+#include "core/columnorder.h"
 
-#include "core/columnbuilder.h"
 #include "core/inifile.h"
+#include "core/settings.h"
 
 #include "support/tempfolder.h"
 
@@ -17,6 +17,12 @@ TEST(ColumnOrder, WriteThenReadKeepsTheRestOfTheFile)
     const QByteArray head = "; Office documents\r\n[Configuration]\r\nRepertoire=/home/me/Docs\r\n[Columns]\r\n; chosen in the order dialog\r\n";
     const QByteArray tail = "[HTML]\r\nPrefixeTableau=Brindar\r\n";
     const QString path = folder.write(QStringLiteral("Office.ini"), head + "NbColumns=2\r\n1=2\r\n2=1\r\n" + tail);
+    const auto WriteColumnOrder = [](const QString& file, const QList<int>& order) -> std::optional<QString> {
+        const std::optional<SettingsChange> change = ColumnOrderChange(order);
+        if (!change)
+            return QStringLiteral("not an arrangement of the columns");
+        return WriteSettings(file, QString(), *change);
+    };
     ASSERT_FALSE(WriteColumnOrder(path, {2, 0, 3, 1}));
     EXPECT_EQ(ReadColumnOrder(IniDocument::Load(path), 4), QList<int>({2, 0, 3, 1}));
     // Stored counted from 1, in place of the old keys.
@@ -47,7 +53,7 @@ TEST(ColumnOrder, NaturalOrderAndMoves)
     };
     for (const auto& row : rows) {
         QList<int> order = NaturalColumnOrder(3);
-        MoveColumn(order, row.index, row.step);
+        MoveItem(order, row.index, row.step);
         EXPECT_EQ(order, row.after) << row.index << " " << row.step;
     }
 }

@@ -1,0 +1,73 @@
+// The caption-table entries the engine shows, by name: a number in a call says nothing,
+// a name says which text it is.
+#pragma once
+
+#include "core/language.h"
+
+namespace brindar {
+
+struct CaptionId {
+    CaptionSection section;
+    int number;
+};
+
+namespace caption {
+constexpr CaptionSection kMain = CaptionSection::Main;
+constexpr CaptionSection kXml = CaptionSection::Xml;
+
+inline constexpr CaptionId File{kMain, 42};
+inline constexpr CaptionId Files{kMain, 43};
+inline constexpr CaptionId Document{kMain, 44};
+inline constexpr CaptionId Documents{kMain, 45};
+inline constexpr CaptionId NoFileNoCsvReport{kMain, 65};
+inline constexpr CaptionId ErrorReadingFile{kMain, 70};
+inline constexpr CaptionId NoFileNoWordReport{kMain, 71};
+inline constexpr CaptionId DirectoryNotFound{kMain, 76};
+inline constexpr CaptionId NoFileNoHtmlReport{kMain, 80};
+inline constexpr CaptionId ReportsListEmpty{kMain, 81};
+inline constexpr CaptionId ReportPageTitle{kMain, 82};
+inline constexpr CaptionId TotalDocuments{kMain, 83};
+inline constexpr CaptionId DocumentsCounted{kMain, 90};  // "document(s)"
+inline constexpr CaptionId ReadingCache{kMain, 94};
+inline constexpr CaptionId WritingCache{kMain, 95};
+inline constexpr CaptionId Bytes{kMain, 96};
+inline constexpr CaptionId CacheWriteError{kMain, 97};
+inline constexpr CaptionId CacheNotEnoughMemory{kMain, 98};
+inline constexpr CaptionId UnableToSaveSettings{kMain, 99};
+inline constexpr CaptionId NoReportsListFolder{kMain, 100};
+
+inline constexpr CaptionId DocumentColumn{CaptionSection::Metadata, 30};
+
+inline constexpr CaptionId PleaseTypeAPath{CaptionSection::Hypertext, 11};
+inline constexpr CaptionId PathAlreadyDefined{CaptionSection::Hypertext, 12};
+inline constexpr CaptionId PathNotDefined{CaptionSection::Hypertext, 13};
+
+inline constexpr CaptionId DirectoryAlreadyInList{CaptionSection::List, 18};
+inline constexpr CaptionId NoSubdirectoriesIn{CaptionSection::List, 19};
+inline constexpr CaptionId AllDirectoriesInList{CaptionSection::List, 20};
+inline constexpr CaptionId PathIsInvalid{CaptionSection::List, 21};
+
+inline constexpr CaptionId NoXsl{kXml, 17};  // "<none>"
+inline constexpr CaptionId XmlExportFileUnknown{kXml, 29};
+inline constexpr CaptionId ParsingXsl{kXml, 30};
+inline constexpr CaptionId ParsingXml{kXml, 31};
+inline constexpr CaptionId ApplyingXsl{kXml, 32};
+inline constexpr CaptionId ErrorExecutingXsl{kXml, 33};
+inline constexpr CaptionId ProcessingComplete{kXml, 34};
+inline constexpr CaptionId MissingDirectoryOption{kXml, 35};
+inline constexpr CaptionId UnknownDirectory{kXml, 36};
+inline constexpr CaptionId MissingXmlOption{kXml, 37};
+inline constexpr CaptionId InvalidXmlPath{kXml, 38};
+inline constexpr CaptionId UnknownXmlFolder{kXml, 39};
+inline constexpr CaptionId InvalidXmlName{kXml, 40};
+inline constexpr CaptionId UnknownXsl{kXml, 41};
+inline constexpr CaptionId InvalidOutputPath{kXml, 42};
+inline constexpr CaptionId UnknownOutputFolder{kXml, 43};
+inline constexpr CaptionId InvalidOutputName{kXml, 44};
+inline constexpr CaptionId ErrorLoadingTransform{kXml, 45};
+inline constexpr CaptionId ErrorLoadingXml{kXml, 46};
+inline constexpr CaptionId UnableToWriteXml{kXml, 48};
+inline constexpr CaptionId UnableToWriteLog{kXml, 49};
+}  // namespace caption
+
+}  // namespace brindar

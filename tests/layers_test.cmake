@@ -1,0 +1,37 @@
+# The layers of the engine, checked in the sources: a file includes headers of its own
+# layer and of the layers below it only, and no file outside src/platform includes a
+# header of the operating system. The link of each layer's tests catches calls upward;
+# this catches the headers (inline code, templates, types) that no link would.
+# Run: cmake -DSOURCE=<src folder> -P layers_test.cmake
+set(allowed_platform platform)
+set(allowed_core core platform)
+set(allowed_readers readers core platform)
+set(allowed_scan scan readers core platform)
+set(allowed_export export readers core platform)
+set(allowed_reports reports scan readers core platform)
+set(allowed_ui ui reports export scan readers core platform)
+set(allowed_app app ui reports export scan readers core platform)
+
+set(failures "")
+foreach(layer platform core readers scan export reports ui app)
+  file(GLOB files "${SOURCE}/${layer}/*.h" "${SOURCE}/${layer}/*.cpp" "${SOURCE}/${layer}/*.in")
+  foreach(file ${files})
+    file(STRINGS "${file}" includes REGEX "^#include [\"<]")
+    foreach(line ${includes})
+      if(line MATCHES "^#include \"([a-z]+)/")
+        list(FIND allowed_${layer} "${CMAKE_MATCH_1}" found)
+        if(found EQUAL -1)
+          string(APPEND failures "${file}: ${layer} may not include ${line}\n")
+        endif()
+      elseif(line MATCHES "^#include <(unistd|fcntl|dirent|iconv|pwd|grp)\\.h>" OR line MATCHES "^#include <sys/")
+        if(NOT layer STREQUAL "platform")
+          string(APPEND failures "${file}: only src/platform calls the operating system: ${line}\n")
+        endif()
+      endif()
+    endforeach()
+  endforeach()
+endforeach()
+if(failures)
+  message(FATAL_ERROR "Layering broken:\n${failures}")
+endif()
+message(STATUS "every layer includes only itself and the layers below it")
