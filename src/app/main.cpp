@@ -3,6 +3,7 @@
 #include "core/captionids.h"
 #include "core/session.h"
 #include "export/batchmode.h"
+#include "platform/filenames.h"
 #include "platform/folders.h"
 #include "platform/systeminfo.h"
 #include "platform/terminal.h"
@@ -144,7 +145,7 @@ int Report(const QString& kind, const QString& directory, QTextStream& out, QTex
         outcome = WriteReportsListPage(context.reportsList, order, context, scan);
     } else {
         const QString folder = QDir::cleanPath(QDir(directory).absolutePath());
-        if (!QFileInfo(folder).isDir()) {
+        if (!IsDirectory(folder)) {
             err << session.captions.text(caption::DirectoryNotFound) << ' ' << folder << '\n';
             return 2;
         }
@@ -203,7 +204,11 @@ int main(int argc, char* argv[])
     QTextStream out(stdout);
     QTextStream err(stderr);
 
-    const CommandLine line = ParseCommandLine(QCoreApplication::arguments());
+    // The arguments as their bytes say: a folder whose name is not UTF-8 is still found.
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << DecodeFileName(argv[i]);
+    const CommandLine line = ParseCommandLine(arguments);
     switch (line.command) {
     case Command::Help:
         out << HelpText();
@@ -219,7 +224,7 @@ int main(int argc, char* argv[])
     case Command::Report:
         return Report(line.reportKind, line.directory, out, err);
     case Command::BatchMode:
-        return BatchMode(QCoreApplication::arguments(), err);
+        return BatchMode(arguments, err);
     case Command::Unknown:
         err << "brindar: unknown option " << line.unknownOption << "; see brindar --help\n";
         return 1;

@@ -6,6 +6,7 @@
 #include "core/codepage.h"
 #include "core/paths.h"
 #include "export/xsltransform.h"
+#include "platform/filenames.h"
 #include "version.h"
 
 #include <QDir>
@@ -147,7 +148,7 @@ int RunBatchMode(const QString& commandLine, const Session& session, const Batch
             message += QStringLiteral("\r\n") + detail;
         return fail(MessageTitle(), message, kBatchInvalid);
     };
-    const auto exists = [](const QString& path) { return !path.isEmpty() && QFileInfo::exists(path); };
+    const auto exists = [](const QString& path) { return !path.isEmpty() && PathExists(path); };
 
     const std::optional<QString> directory = CommandLineOption(line, 'd');
     if (!directory)

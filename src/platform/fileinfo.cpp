@@ -1,6 +1,8 @@
 // Folder entries through readdir and statx, volumes through QStorageInfo.
 #include "platform/fileinfo.h"
 
+#include "platform/filenames.h"
+
 #include <QFile>
 #include <QStorageInfo>
 #include <algorithm>
@@ -44,6 +46,27 @@ QString NtfsShortName(int folder, const QByteArray& name)
     return size > 0 ? QString::fromUtf8(bytes, size) : QString();
 }
 
+// The name upper-cased one character at a time ("ß" stays "ß", where full case mapping
+// would make it "SS"), so that names sort by their characters' own upper-case codes.
+QString UpperCaseKey(const QString& name)
+{
+    QString key = name;
+    for (qsizetype i = 0; i < key.size(); ++i) {
+        const QChar c = key[i];
+        if (c.isHighSurrogate() && i + 1 < key.size() && key[i + 1].isLowSurrogate()) {
+            const char32_t upper = QChar::toUpper(QChar::surrogateToUcs4(c, key[i + 1]));
+            if (QChar::requiresSurrogates(upper)) {
+                key[i] = QChar(QChar::highSurrogate(upper));
+                key[i + 1] = QChar(QChar::lowSurrogate(upper));
+            }
+            ++i;
+        } else if (!c.isSurrogate()) {
+            key[i] = c.toUpper();
+        }
+    }
+    return key;
+}
+
 QString AttributeLetters(const QString& name, const struct statx& info, quint32 ntfs)
 {
     constexpr quint32 kReadOnly = 1, kHidden = 2, kSystem = 4, kArchive = 32, kCompressed = 2048,
@@ -74,7 +97,7 @@ QString AttributeLetters(const QString& name, const struct statx& info, quint32 
 QList<FolderEntry> ListFolder(const QString& folder, bool ntfs, bool* ok)
 {
     QList<FolderEntry> entries;
-    const int descriptor = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int descriptor = open(EncodeFileName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     *ok = descriptor >= 0;
     if (!*ok)
         return entries;
@@ -109,7 +132,7 @@ QList<FolderEntry> ListFolder(const QString& folder, bool ntfs, bool* ok)
         }
         FolderEntry entry;
         const QByteArray rawName(raw);
-        entry.name = QFile::decodeName(rawName);
+        entry.name = DecodeFileName(rawName);
         entry.directory = isDirectory;
         entry.size = qint64(info.stx_size);
         entry.written = ToLocal(info.stx_mtime);
@@ -119,7 +142,7 @@ QList<FolderEntry> ListFolder(const QString& folder, bool ntfs, bool* ok)
         entry.attributes = AttributeLetters(entry.name, info, ntfsAttributes);
         if (ntfs && !isDirectory)
             entry.shortName = NtfsShortName(descriptor, rawName);
-        QString key = entry.name.toUpper();
+        QString key = UpperCaseKey(entry.name);
         keyed.append({std::move(key), std::move(entry)});
     }
     closedir(dir);
@@ -150,7 +173,15 @@ bool UdevSaysNtfs(const QByteArray& device)
 
 VolumeInfo VolumeOf(const QString& path)
 {
-    const QStorageInfo storage(path);
+    // Qt takes paths as text: a folder whose name is not is looked up by the nearest
+    // parent whose name is, which lies on the same volume unless a volume is mounted
+    // on that very folder.
+    QString lookup = path;
+    while (HasUndecodableBytes(lookup) && lookup.lastIndexOf(u'/') > 0)
+        lookup.truncate(lookup.lastIndexOf(u'/'));
+    if (HasUndecodableBytes(lookup))
+        lookup = QStringLiteral("/");
+    const QStorageInfo storage(lookup);
     VolumeInfo volume;
     volume.label = storage.name();
     const QByteArray type = storage.fileSystemType().toLower();

@@ -1,6 +1,8 @@
 // File replacement with the old file's permissions, owner and extended attributes kept.
 #include "platform/filereplace.h"
 
+#include "platform/filenames.h"
+
 #include <QFileInfo>
 #include <QTemporaryFile>
 #include <cerrno>
@@ -59,7 +61,7 @@ mode_t ProcessUmask()
 std::optional<QString> ReplaceFile(const QString& path, const std::function<bool(QFile&)>& write)
 {
     const QFileInfo info(path);
-    const QByteArray target = QFile::encodeName(info.absoluteFilePath());
+    const QByteArray target = EncodeFileName(info.absoluteFilePath());
     QTemporaryFile temp(info.absolutePath() + QStringLiteral("/.brindar-XXXXXX"));
     if (!temp.open())
         return QStringLiteral("%1: %2").arg(path, temp.errorString());
@@ -84,11 +86,11 @@ std::optional<QString> ReplaceFile(const QString& path, const std::function<bool
     }
     if (fsync(fd) != 0)
         return QStringLiteral("%1: %2").arg(path, SystemError());
-    if (std::rename(QFile::encodeName(temp.fileName()).constData(), target.constData()) != 0)
+    if (std::rename(EncodeFileName(temp.fileName()).constData(), target.constData()) != 0)
         return QStringLiteral("%1: %2").arg(path, SystemError());
     temp.setAutoRemove(false);
     // The rename itself reaches the disk with the folder.
-    const int folder = ::open(QFile::encodeName(info.absolutePath()).constData(), O_RDONLY | O_DIRECTORY);
+    const int folder = ::open(EncodeFileName(info.absolutePath()).constData(), O_RDONLY | O_DIRECTORY);
     if (folder >= 0) {
         fsync(folder);
         ::close(folder);

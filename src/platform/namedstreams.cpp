@@ -1,7 +1,8 @@
 // Named streams through the extended attributes of the file system.
 #include "platform/namedstreams.h"
 
-#include <QFile>
+#include "platform/filenames.h"
+
 #include <cerrno>
 #include <cstring>
 #include <sys/xattr.h>
@@ -10,7 +11,7 @@ namespace brindar {
 
 std::optional<QByteArray> ReadNamedStream(const QString& path, const QString& name)
 {
-    const QByteArray file = QFile::encodeName(path);
+    const QByteArray file = EncodeFileName(path);
     const QByteArray attribute = "user." + name.toUtf8();
     // Most files have no such stream: ask for the size first, without a buffer.
     const ssize_t size = getxattr(file.constData(), attribute.constData(), nullptr, 0);
@@ -24,11 +25,9 @@ std::optional<QByteArray> ReadNamedStream(const QString& path, const QString& na
     return value;
 }
 
-
-
 bool HasNamedStreams(const QString& path)
 {
-    const QByteArray file = QFile::encodeName(path);
+    const QByteArray file = EncodeFileName(path);
     char names[4096];
     const ssize_t length = listxattr(file.constData(), names, sizeof names);
     if (length < 0)
@@ -43,7 +42,7 @@ std::optional<QString> WriteNamedStream(const QString& path, const QString& name
 {
     if (bytes.size() > kNamedStreamLimit)
         return QStringLiteral("%1: the stream %2 is larger than a named stream can be").arg(path, name);
-    const QByteArray file = QFile::encodeName(path);
+    const QByteArray file = EncodeFileName(path);
     const QByteArray attribute = "user." + name.toUtf8();
     if (setxattr(file.constData(), attribute.constData(), bytes.constData(), size_t(bytes.size()), 0) != 0)
         return QStringLiteral("%1: %2").arg(path, QString::fromLocal8Bit(std::strerror(errno)));

@@ -1,6 +1,8 @@
 // Reading compound files: header, DIFAT, FAT, mini FAT, directory tree and stream chains.
 #include "readers/compoundfile.h"
 
+#include "platform/filenames.h"
+
 #include <QSet>
 #include <QtEndian>
 #include <cstring>
@@ -104,12 +106,12 @@ std::optional<QByteArray> CompoundFile::readChain(quint32 start, quint64 size, b
 std::optional<CompoundFile> CompoundFile::Open(const QString& path, QString* error)
 {
     CompoundFile cf;
-    cf.file_ = std::make_unique<QFile>(path);
+    cf.file_ = std::make_unique<QFile>();
     auto fail = [&](const char* why) -> std::optional<CompoundFile> {
         *error = QStringLiteral("%1: %2").arg(path, QLatin1String(why));
         return std::nullopt;
     };
-    if (!cf.file_->open(QIODevice::ReadOnly))
+    if (!OpenForReading(*cf.file_, path))
         return fail("cannot be opened");
     cf.fileSize_ = cf.file_->size();
     char header[512];

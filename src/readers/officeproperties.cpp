@@ -2,11 +2,11 @@
 #include "readers/officeproperties.h"
 
 #include "core/codepage.h"
+#include "platform/filenames.h"
 #include "platform/namedstreams.h"
 #include "readers/compoundfile.h"
 #include "readers/compoundfilewriter.h"
 
-#include <QFileInfo>
 
 namespace brindar {
 namespace {
@@ -104,7 +104,7 @@ bool OfficeProperties::openWith(const QString& path, int mode, bool compoundFile
     // A document without property sets can still be given some when it is opened for
     // writing; opened for reading, it has nothing to give.
     writable_ = mode == kModeWrite || mode == kModeWriteTransacted;
-    if (!summarySet_ && !documentSet_ && !(writable_ && QFileInfo(path).isFile())) {
+    if (!summarySet_ && !documentSet_ && !(writable_ && IsRegularFile(path))) {
         if (error)
             *error = why.isEmpty() || compound_ ? path + QStringLiteral(": no property sets") : why;
         compound_ = false;

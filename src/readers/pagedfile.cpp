@@ -1,13 +1,16 @@
 // Paged reading of a file with a small cache of recent pages.
 #include "readers/pagedfile.h"
 
+#include "platform/filenames.h"
+
 #include <algorithm>
 
 namespace brindar {
 
-PagedFile::PagedFile(const QString& path, int pagesKept) : file_(path), pagesKept_(std::max(2, pagesKept))
+PagedFile::PagedFile(const QString& path, int pagesKept) : pagesKept_(std::max(2, pagesKept))
 {
-    open_ = file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    // Opened by the name's own bytes, whatever they are.
+    open_ = OpenForReading(file_, path, true);
     size_ = open_ ? std::max<qint64>(0, file_.size()) : 0;
 }
 

@@ -6,6 +6,7 @@
 #include "core/paths.h"
 #include "core/session.h"
 #include "platform/fileinfo.h"
+#include "platform/filenames.h"
 #include "reports/templatevariables.h"
 
 #include <QFile>
@@ -43,7 +44,7 @@ void DeleteOldReports(const QString& folder, const Configuration& configuration,
         if (entry.directory || name.size() < prefix.size() + ending.size()
             || !name.startsWith(prefix, Qt::CaseInsensitive) || !name.endsWith(ending, Qt::CaseInsensitive))
             continue;
-        QFile::remove(JoinPath(where, name));
+        RemoveFile(JoinPath(where, name));
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "core/atomicfile.h"
 #include "core/captionids.h"
+#include "platform/filenames.h"
 #include "platform/folders.h"
 
 #include <QCryptographicHash>
@@ -21,19 +22,32 @@ constexpr qsizetype kNameMax = 255;
 
 // The stream text is UTF-8, not the 8-bit code page the rows were once kept in: the file
 // is private to this program, and UTF-8 loses no value. Inside a cell a backslash, tab,
-// CR and LF are written as \\ \t \r \n, so a value holding them cannot break the rows.
+// CR and LF are written as \\ \t \r \n, so a value holding them cannot break the rows,
+// and a byte of a file name that is not text as \x and two hex digits, so the name
+// still opens its file.
 void AppendEscaped(QByteArray& text, const QString& cell)
 {
-    const QByteArray bytes = cell.toUtf8();
-    for (char c : bytes) {
-        switch (c) {
-        case '\\': text += "\\\\"; break;
-        case '\t': text += "\\t"; break;
-        case '\r': text += "\\r"; break;
-        case '\n': text += "\\n"; break;
-        default: text += c;
+    qsizetype start = 0;
+    const auto appendText = [&](qsizetype end) {
+        for (char c : QStringView(cell).sliced(start, end - start).toUtf8()) {
+            switch (c) {
+            case '\\': text += "\\\\"; break;
+            case '\t': text += "\\t"; break;
+            case '\r': text += "\\r"; break;
+            case '\n': text += "\\n"; break;
+            default: text += c;
+            }
         }
+    };
+    for (qsizetype i = 0; i < cell.size(); ++i) {
+        const int byte = UndecodableByteAt(cell, i);
+        if (byte < 0)
+            continue;
+        appendText(i);
+        text += "\\x" + QByteArray::number(byte, 16).toUpper();
+        start = i + 1;
     }
+    appendText(cell.size());
 }
 
 // Every column code (".TI", ".P3") holds exactly one dot; the document column has none.
@@ -84,16 +98,24 @@ private:
     bool parseRow(QByteArrayView row)
     {
         GridRow parsed;
-        QByteArray cell;
+        QByteArray cell;  // UTF-8 not yet decoded
+        QString text;     // the cell so far
+        const auto decoded = [&] {
+            QString part;
+            if (!DecodeCell(cell, &part))
+                return false;
+            text += part;
+            cell.clear();
+            return true;
+        };
         qsizetype cellEnd = 0;  // just past the last tab
         for (qsizetype i = 0; i < row.size(); ++i) {
             const char c = row[i];
             if (c == '\t') {
-                QString text;
-                if (int(parsed.cells.size()) == columns_ || !DecodeCell(cell, &text))
+                if (int(parsed.cells.size()) == columns_ || !decoded())
                     return false;
                 parsed.cells.append(text);
-                cell.clear();
+                text.clear();
                 cellEnd = i + 1;
             } else if (c == '\\') {
                 if (++i == row.size())
@@ -103,6 +125,15 @@ private:
                 case 't': cell += '\t'; break;
                 case 'r': cell += '\r'; break;
                 case 'n': cell += '\n'; break;
+                case 'x': {
+                    bool ok = false;
+                    const int byte = i + 2 < row.size() ? row.sliced(i + 1, 2).toByteArray().toInt(&ok, 16) : 0;
+                    if (!ok || byte < 0x80 || !decoded())
+                        return false;
+                    text += DecodeFileName(QByteArray(1, char(byte)));
+                    i += 2;
+                    break;
+                }
                 default: return false;
                 }
             } else if (c == '\n') {
@@ -119,7 +150,7 @@ private:
         // The stream keeps only the cell texts: a row has metadata when any cell but the
         // file name is not empty, which is what the scan's own flag means.
         parsed.hasMetadata = std::any_of(parsed.cells.cbegin() + 1, parsed.cells.cend(),
-                                         [](const QString& text) { return !text.isEmpty(); });
+                                         [](const QString& value) { return !value.isEmpty(); });
         rows.append(std::move(parsed));
         return true;
     }
@@ -138,7 +169,7 @@ QString MetadataCachePath(const QString& directory, const QString& codeList)
     // The absolute path as given, not the canonical one: a directory reached through a
     // symbolic link keeps a cache of its own, which costs a scan and never shows wrong rows.
     const QString absolute = QDir::cleanPath(QFileInfo(directory).absoluteFilePath());
-    const QByteArray hash = QCryptographicHash::hash(absolute.toUtf8(), QCryptographicHash::Sha1).toHex();
+    const QByteArray hash = QCryptographicHash::hash(EncodeFileName(absolute), QCryptographicHash::Sha1).toHex();
 
     QString name = codeList.startsWith(u':') ? codeList.mid(1) : codeList;
     if (name.isEmpty() || name == u"." || name == u".." || name.contains(u'/') || name.contains(QChar(0)))
