@@ -35,7 +35,8 @@ constexpr PaddedText kPaddedEnglish[] = {
 constexpr int kFirstMonthEntry = 45;
 constexpr int kDateOrderEntry = 57;
 
-bool IsBlank(QChar c) { return c == u' ' || c == u'\t'; }
+// Lines and their parts lose their blanks at both ends; a tab is part of the text.
+bool IsBlank(QChar c) { return c == u' '; }
 
 QStringView Trimmed(QStringView s)
 {

@@ -44,6 +44,10 @@ TEST(Language, FileEntriesReplaceOnlyWhatTheyName)
         {"[Metadata]\nx=Titre\n4x=Titre\n-4=Titre\n4 Titre\n", "Title"},
         {"[Metadata]\r\n4=Intitul\xE9 \x80\r\n", "Intitul\u00E9 \u20AC"},  // Windows-1252
         {"[Metadata]\r\n4=Intitul\xC3\xA9\r\n", "Intitul\u00E9"},
+        // Only blanks are trimmed: a tab is part of the text, and a section line that
+        // starts with one is no section line.
+        {"[Metadata]\n4=\tTitre\t\n", "\tTitre\t"},
+        {"\t[Metadata]\n4=Titre\n", "Title"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(Apply(row.file).text(CaptionSection::Metadata, 4), QString::fromUtf8(row.title)) << row.file.data();
