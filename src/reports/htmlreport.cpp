@@ -294,12 +294,12 @@ ReportOutcome WriteReportsListPage(const ReportsList& list, const QList<int>& or
     for (const ReportEntry& entry : list) {
         if (!entry.active || !exists(entry.directory))
             continue;
+        if (onProgress)
+            onProgress(ReportsListProgress{number, existing, entry.directory});
         if (stop && stop->load()) {
             outcome.stopped = true;
             return outcome;
         }
-        if (onProgress)
-            onProgress(ReportsListProgress{number, existing, entry.directory});
         const GridModel grid = scan(entry.directory);
         if (number > 0)
             lines << QStringLiteral("<br><hr size=\"10\">");

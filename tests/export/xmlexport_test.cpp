@@ -193,6 +193,9 @@ TEST(XmlExport, RepairUtf8AccentsAndFileSystemDates)
         {QString(A) + CharOfCode(169) + u't' + A + CharOfCode(169), QStringLiteral("\u00E9t\u00E9")},
         {QStringLiteral("\u00C2\u00A0x"), QString(CharOfCode(160)) + QStringLiteral("x")},  // every Â goes
         {QStringLiteral("caf") + A, QStringLiteral("caf")},                                    // a last Ã is dropped
+        // Capitals: the second byte of "É" (0x89) reads as "‰" in the 8-bit code page, a
+        // character far from 0x89 in Unicode; the code page's code is what counts.
+        {QString(A) + CharOfCode(0x89) + QStringLiteral("cole ") + A + CharOfCode(0x9F), QStringLiteral("\u00C9cole \u00DF")},
     };
     for (const auto& [in, out] : repairs)
         EXPECT_EQ(RepairUtf8Accents(in), out) << in.toStdString();

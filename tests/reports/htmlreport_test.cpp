@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 using namespace brindar;
+using namespace Qt::StringLiterals;
 using brindar::test::ReadFile;
 using brindar::test::SourceFile;
 using brindar::test::TempFolder;
@@ -98,8 +99,39 @@ TEST(HtmlReport, PageMatchesTheGolden)
     EXPECT_EQ(ReadFile(page.documents + QStringLiteral("/Rapport-headerReport.png")), QByteArray("PNG-logo"));
 }
 
+TEST(HtmlReport, OlderReportsMatchThePrefixAsTyped)
+{
+    // No character of the prefix is a wildcard; names compare without regard to case; the
+    // report's own extension ends the name.
+    Page page("PrefixeTableau=R[ab]*\r\n");
+    const struct { const char* name; bool goes; } files[] = {
+        {"R[ab]* old.html", true}, {"r[AB]* x.HTML", true},
+        {"Ra.html", false}, {"Rb old.html", false}, {"R[ab] old.html", false}, {"R[ab]* old.csv", false},
+        {"R[ab]* old.html.bak", false},
+    };
+    for (const auto& file : files)
+        page.folder.write(QStringLiteral("My Docs/") + QLatin1String(file.name), "old");
+    const ReportOutcome outcome = WriteHtmlReport(Grid(page.configuration), NaturalColumnOrder(5), page.documents, page.context());
+    ASSERT_FALSE(outcome.error);
+    for (const auto& file : files)
+        EXPECT_EQ(QFile::exists(page.documents + u'/' + QLatin1String(file.name)), !file.goes) << file.name;
+    EXPECT_TRUE(QFile::exists(outcome.path));
+}
+
 TEST(HtmlReport, CellRulesAndEmptyGrids)
 {
+    // Numbers as the locale writes them are centred; words are not, "nan" and "inf" included.
+    const QLocale french(QLocale::French, QLocale::France), english(QLocale::English, QLocale::UnitedStates);
+    const struct { const char16_t* text; const QLocale& locale; bool number; } cells[] = {
+        {u"1,5", french, true}, {u" 12 ", french, true}, {u"1\u202F234,5", french, true}, {u"-3", french, true},
+        {u"1,234.5", english, true}, {u"1e5", english, true},
+        {u"nan", english, false}, {u"inf", french, false}, {u"-Infinity", english, false},
+        {u"12 pages", english, false}, {u"-", english, false}, {u"", english, false},
+    };
+    for (const auto& cell : cells)
+        EXPECT_EQ(IsLocaleNumber(QString::fromUtf16(cell.text), cell.locale), cell.number) << QString::fromUtf16(cell.text).toStdString();
+
+
     // 255 gets one "00" only and stays malformed; digits-only values are padded.
     const std::pair<qint32, const char*> colours[] = {{255, "FF00"}, {65535, "FFFF00"}, {0x123456, "563412"}, {0x123, "230100"}};
     for (const auto& [value, text] : colours)
@@ -163,4 +195,40 @@ TEST(ReportsListPage, PagesWithAndWithoutIndex)
     Page empty("");
     EXPECT_EQ(WriteReportsListPage({}, NaturalColumnOrder(5), empty.context(), {}).error,
               QStringLiteral("The current reports list is empty"));
+}
+
+TEST(ReportsListPage, NoFolderProgressAndStop)
+{
+    Page page("");
+    page.list = {{page.documents, QStringLiteral("Projects"), true}, {page.folder.path(), QStringLiteral("Top"), true}};
+    const auto scan = [&](const QString&) { return Grid(page.configuration); };
+    // Without a folder for the page nothing is written, not even at the root.
+    const ReportOutcome nowhere = WriteReportsListPage(page.list, NaturalColumnOrder(5), page.context(), scan);
+    ASSERT_TRUE(nowhere.error);
+    EXPECT_TRUE(nowhere.error->contains(u"PathListeTableaux"));
+    EXPECT_TRUE(nowhere.path.isEmpty());
+
+    // Progress before each folder and at the end; a stop before the second folder writes
+    // nothing and leaves the older page.
+    page.configuration.pathListeTableaux = page.folder.path();
+    const QString older = page.folder.write(QStringLiteral("Brindar old.html"), "older");
+    std::atomic<bool> stop{false};
+    QStringList seen;
+    const ReportOutcome stopped = WriteReportsListPage(page.list, NaturalColumnOrder(5), page.context(), scan,
+                                                       [&](const ReportsListProgress& p) {
+                                                           seen << QStringLiteral("%1/%2").arg(p.done).arg(p.total);
+                                                           stop = p.done == 1;
+                                                       }, &stop);
+    EXPECT_TRUE(stopped.stopped);
+    EXPECT_FALSE(QFile::exists(stopped.path));
+    EXPECT_TRUE(QFile::exists(older));
+    stop = false;
+    const ReportOutcome written = WriteReportsListPage(page.list, NaturalColumnOrder(5), page.context(), scan,
+                                                       [&](const ReportsListProgress& p) {
+                                                           seen << QStringLiteral("%1/%2").arg(p.done).arg(p.total);
+                                                       }, &stop);
+    EXPECT_FALSE(written.error);
+    EXPECT_TRUE(QFile::exists(written.path));
+    EXPECT_FALSE(QFile::exists(older));
+    EXPECT_EQ(seen, (QStringList{u"0/2"_s, u"1/2"_s, u"0/2"_s, u"1/2"_s, u"2/2"_s}));
 }
