@@ -28,6 +28,20 @@ TEST(PagedFile, BytesAsOnDiskWhateverTheOrderAndZerosWhereTheFileShrank)
     EXPECT_FALSE(file.shortRead());
     EXPECT_FALSE(PagedFile(folder.file(QStringLiteral("missing"))).isOpen());
 
+    // A signature costs its own bytes only; a byte outside the file reads nothing and says so.
+    PagedFile signature(folder.file(QStringLiteral("f")));
+    EXPECT_EQ(signature.head(8), expected.left(8));
+    EXPECT_EQ(signature.bytesRead(), 8);
+    EXPECT_EQ(signature.at(7), static_cast<unsigned char>(expected[7]));
+    EXPECT_EQ(signature.head(8), expected.left(8));  // now from the first page
+    EXPECT_FALSE(signature.shortRead());
+    for (qint64 outside : {size, size + kPage, qint64(-1)}) {
+        PagedFile bounded(folder.file(QStringLiteral("f")));
+        EXPECT_EQ(bounded.at(outside), 0) << outside;
+        EXPECT_TRUE(bounded.shortRead()) << outside;
+        EXPECT_EQ(bounded.bytesRead(), 0) << outside;
+    }
+
     // A file that shrinks keeps the size it had when opened; what is gone reads as zeros.
     const QString path = folder.write(QStringLiteral("g"), expected);
     PagedFile shrinking(path);

@@ -1,4 +1,5 @@
 // The directory scan on folders built by the tests: filters, routing, values, cache, order.
+#include "platform/filenames.h"
 #include "platform/namedstreams.h"
 #include "readers/compoundfile.h"
 #include "scan/directoryscan.h"
@@ -7,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
 using namespace brindar;
@@ -180,4 +182,69 @@ TEST(DirectoryScan, AnyFileShowsThePropertySetsOfItsNamedStreams)
     EXPECT_EQ(f.cells.value(u"a.pdf.TI"_s), u"Annual report 2026");
     EXPECT_EQ(f.cells.value(u"a.pdf.CY"_s), u"ACME");
     EXPECT_EQ(f.cells.value(u"b.txt.CY"_s), u"ACME");
+}
+
+TEST(DirectoryScan, EveryFileMeetsTheOfficeComponent)
+{
+    // A compound document that reads as an HTML page too (its bytes hold a title): both
+    // readers give their values, the page's title first.
+    Fixture f("[Proprietes]\nTitre=1\nAuteur=1\nCompagnie=1\n");
+    f.documents.write(u"page.html"_s, test::ReadFile(test::SourceFile(u"fuzz/corpus/ole_fuzzer/minimal.doc"_s))
+                                          + "<html><head><title>Web page</title></head>");
+    f.scan();
+    EXPECT_EQ(f.cells.value(u"page.html.TI"_s), u"Web page");
+    EXPECT_EQ(f.cells.value(u"page.html.AU"_s), u"Author");
+    EXPECT_EQ(f.cells.value(u"page.html.CY"_s), u"ACME");
+}
+
+TEST(DirectoryScan, NamesAndCommentsAsTheFileSystemKeepsThem)
+{
+    // A name that is not UTF-8, in a folder whose name is not either: listed, read, cached
+    // and read back from the cache under the same bytes.
+    Fixture f("[Configuration]\nUseNTFSCache=1\n[Proprietes]\nCommentairesMacintosh=1\n[PDF]\nPDFVersion=1\n");
+    const QString folder = f.documents.path() + u'/' + DecodeFileName("dossier\xE9");
+    ASSERT_FALSE(MakeFolders(folder));
+    ASSERT_TRUE(test::WriteFileAtBytes(EncodeFileName(folder) + "/caf\xE9.pdf", "%PDF-1.6\n"));
+    // Names sort by their characters' upper case one to one: "ß" is not "SS".
+    for (const char* name : {"a\xC3\x9F.pdf", "aSt.pdf"})
+        ASSERT_TRUE(test::WriteFileAtBytes(EncodeFileName(folder) + '/' + name, "%PDF-1.5\n"));
+    // A Macintosh comment is the whole stream, a NUL shown as a blank.
+    const QString commented = folder + DecodeFileName("/aSt.pdf");
+    const QByteArray comment(reinterpret_cast<const char*>(u"first\0second"), 24);
+    if (WriteNamedStream(commented, u"Comments"_s, comment))
+        GTEST_SKIP() << "this file system keeps no extended attributes";
+    const Session s = f.session();
+    for (bool fromCache : {false, true}) {
+        QList<GridRow> rows;
+        ScanCallbacks callbacks;
+        callbacks.onRows = [&](const QList<GridRow>& batch) { rows += batch; };
+        const ScanResult result = ScanDirectory(s, ScanRequest{folder, false, 1}, callbacks);
+        ASSERT_TRUE(result.listed);
+        EXPECT_EQ(result.fromCache, fromCache);
+        ASSERT_EQ(rows.size(), 3);
+        EXPECT_EQ(EncodeFileName(rows[0].cells[0]), "aSt.pdf");
+        EXPECT_EQ(rows[0].cells[1], u"first second");
+        EXPECT_EQ(EncodeFileName(rows[1].cells[0]), "a\xC3\x9F.pdf");
+        EXPECT_EQ(EncodeFileName(rows[2].cells[0]), "caf\xE9.pdf");
+        EXPECT_EQ(rows[2].cells[2], u"1.6");
+    }
+}
+
+TEST(DirectoryScan, ASignatureTestReadsNoMoreThanTheSignature)
+{
+    // A file that claims more bytes than it gives (the system's own files do) is no zip:
+    // its two first bytes say so, and the reader asks nothing more that could fail.
+    QString shortFile;
+    for (const char* candidate : {"/sys/kernel/mm/transparent_hugepage/enabled", "/sys/devices/system/cpu/online",
+                                  "/sys/kernel/mm/transparent_hugepage/defrag"})
+        if (QFileInfo(QLatin1String(candidate)).size() == 4096 && test::ReadFile(QLatin1String(candidate)).size() < 4096)
+            shortFile = QLatin1String(candidate);
+    if (shortFile.isEmpty())
+        GTEST_SKIP() << "no system file that is shorter than its size";
+    Fixture f("[Proprietes]\nTitre=1\n");
+    ASSERT_TRUE(QFile::link(shortFile, f.documents.file(u"system.sxw"_s)));
+    QStringList messages;
+    const ScanContext context(f.session());
+    ScanFile(f.documents.path(), DirectoryEntry{u"system.sxw"_s, false, {}}, context, &messages);
+    EXPECT_EQ(messages, QStringList());
 }

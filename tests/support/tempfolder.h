@@ -23,6 +23,9 @@ private:
 // The whole content of a file; empty when it cannot be read.
 QByteArray ReadFile(const QString& path);
 
+// Writes a file at a path given as the system's bytes (a name that is not UTF-8).
+bool WriteFileAtBytes(const QByteArray& nativePath, const QByteArray& bytes);
+
 // Where the shared corpus and the sources are.
 QString CorpusFile(const QString& relative);
 QString SourceFile(const QString& relative);
