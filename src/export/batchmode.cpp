@@ -194,7 +194,7 @@ int RunBatchMode(const QString& commandLine, const Session& session, const Batch
         if (callbacks.onMessage)
             callbacks.onMessage(MessageTitle(), message);
     if (exported.writeError)
-        return invalid(caption::UnableToWriteXml, xmlFile + QStringLiteral(": ") + *exported.writeError);
+        return invalid(caption::UnableToWriteXml, *exported.writeError);
     log.add(QStringLiteral("end XML generation at %1<br>").arg(LogTime(callbacks.now())));
 
     if (!xslPath.isEmpty() && output && !output->folder.isEmpty() && !output->name.isEmpty()) {

@@ -6,10 +6,10 @@
 #include "core/valuetext.h"
 #include "readers/commentstream.h"
 #include "readers/readertable.h"
+#include "platform/filereplace.h"
 #include "readers/text.h"
 #include "version.h"
 
-#include <QSaveFile>
 
 namespace brindar {
 
@@ -129,6 +129,11 @@ void XmlExport::readFailed(bool failed, const QString& path)
 
 void XmlExport::ExportXmlDirectory(const QString& path)
 {
+    exportDirectory(path, FolderHandle::Open(path));
+}
+
+void XmlExport::exportDirectory(const QString& path, const FolderHandle& folder)
+{
     if (shouldStop())
         return;
     const QString full = XmlEscape(path.chopped(1));
@@ -141,7 +146,7 @@ void XmlExport::ExportXmlDirectory(const QString& path)
     if (onProgress)
         onProgress({directoryCount, fileCount, path, QString()});
     if (options_.nt)
-        if (const QString comment = CommentStream(path.chopped(1)); !comment.isEmpty())
+        if (const QString comment = CommentStream(folder.openablePath(path + u'.')); !comment.isEmpty())
             writeLine(QStringLiteral("<maccomments>") + comment + QStringLiteral("</maccomments>"));
 
     // Only the names of the subfolders outlive the files' loop: memory follows the depth
@@ -149,20 +154,20 @@ void XmlExport::ExportXmlDirectory(const QString& path)
     QStringList subfolders;
     {
         bool listed = false;
-        const QList<FolderEntry> entries = ListFolder(path, options_.ntfsVolume, &listed);
+        const QList<FolderEntry> entries = folder.list(options_.ntfsVolume, &listed);
         for (const FolderEntry& entry : entries) {
             if (entry.directory) {
                 if (!entry.name.startsWith(u'.'))
                     subfolders.append(entry.name);
             } else {
-                writeFile(path, entry);
+                writeFile(path, entry, folder);
             }
             if (shouldStop())
                 return;
         }
     }
     for (const QString& subfolder : std::as_const(subfolders)) {
-        ExportXmlDirectory(path + subfolder + u'/');
+        exportDirectory(path + subfolder + u'/', folder.openChild(subfolder));
         if (stopped_)
             return;
     }
@@ -170,11 +175,12 @@ void XmlExport::ExportXmlDirectory(const QString& path)
         writeLine(QStringLiteral("</dir>"));
 }
 
-void XmlExport::writeFile(const QString& path, const FolderEntry& entry)
+void XmlExport::writeFile(const QString& path, const FolderEntry& entry, const FolderHandle& folder)
 {
     const QString& longName = entry.name;
     const QString& shortName = entry.shortName.isEmpty() ? longName : entry.shortName;
     const QString fullPath = path + longName;
+    const QString source = folder.openablePath(fullPath);
     writeLine(QStringLiteral("<file>"));
     ++elementId;
     writeLine(QStringLiteral("<id>") + QString::number(elementId) + QStringLiteral("</id>"));
@@ -201,14 +207,14 @@ void XmlExport::writeFile(const QString& path, const FolderEntry& entry)
         switch (family) {
         case kReaderHtml: {
             WriteFileSystemDatetime(entry);
-            const HtmlMetaResult html = ReadHtmlMeta(fullPath);
+            const HtmlMetaResult html = ReadHtmlMeta(source);
             readFailed(html.shortRead, fullPath);
             if (!html.fragment.isEmpty())
                 writeLine(QStringLiteral("<html>") + html.fragment + QStringLiteral("</html>"));
             break;
         }
         case kReaderOpenOffice: {
-            const OpenOfficeResult meta = ReadOpenOfficeMeta(fullPath);
+            const OpenOfficeResult meta = ReadOpenOfficeMeta(source);
             readFailed(meta.shortRead, fullPath);
             if (!meta.dateFragment.isEmpty()) {
                 writeLine(QStringLiteral("<datetime>"));
@@ -220,26 +226,26 @@ void XmlExport::writeFile(const QString& path, const FolderEntry& entry)
         }
         case kReaderPdf:
             WriteFileSystemDatetime(entry);
-            pdfBlock(fullPath);
+            pdfBlock(source, fullPath);
             if (on.xmp)
-                xmpBlock(fullPath);
+                xmpBlock(source, fullPath);
             break;
         case kReaderIptc: {
             WriteFileSystemDatetime(entry);
-            const IptcResult iptc = ReadIptc(fullPath, options_.macintoshAccents);
+            const IptcResult iptc = ReadIptc(source, options_.macintoshAccents);
             readFailed(iptc.shortRead, fullPath);
             if (!iptc.fragment.isEmpty())
                 writeLine(QStringLiteral("<iptc>") + iptc.fragment + QStringLiteral("</iptc>"));
             if (on.xmp)
-                xmpBlock(fullPath);
+                xmpBlock(source, fullPath);
             break;
         }
         case kReaderXmp:
             WriteFileSystemDatetime(entry);
-            xmpBlock(fullPath);
+            xmpBlock(source, fullPath);
             break;
         default:
-            summary = officeBlock(fullPath, entry);
+            summary = officeBlock(source, entry);
             break;
         }
     } else if (family == kReaderNone) {
@@ -248,7 +254,7 @@ void XmlExport::writeFile(const QString& path, const FolderEntry& entry)
     if (!summary.isEmpty())
         writeLine(QStringLiteral("<summary>") + summary + QStringLiteral("</summary>"));
     if (options_.nt)
-        if (const QString comment = CommentStream(fullPath); !comment.isEmpty())
+        if (const QString comment = CommentStream(source); !comment.isEmpty())
             writeLine(QStringLiteral("<maccomments>") + comment + QStringLiteral("</maccomments>"));
     writeLine(QStringLiteral("</file>"));
     ++fileCount;
@@ -267,17 +273,17 @@ void XmlExport::WriteFileSystemDatetime(const FolderEntry& entry)
     writeLine(QStringLiteral("</datetime>"));
 }
 
-void XmlExport::xmpBlock(const QString& fullPath)
+void XmlExport::xmpBlock(const QString& source, const QString& fullPath)
 {
-    const XmpResult xmp = ReadXmp(fullPath);
+    const XmpResult xmp = ReadXmp(source);
     readFailed(xmp.shortRead, fullPath);
     if (!xmp.packet.isEmpty())
         writeLine(QStringLiteral("<xmp>") + xmp.packet + QStringLiteral("</xmp>"));
 }
 
-void XmlExport::pdfBlock(const QString& fullPath)
+void XmlExport::pdfBlock(const QString& source, const QString& fullPath)
 {
-    const PdfInfo pdf = ReadPdfInfo(fullPath);
+    const PdfInfo pdf = ReadPdfInfo(source);
     readFailed(pdf.shortRead, fullPath);
     if (pdf.version.isEmpty())
         return;
@@ -301,11 +307,11 @@ void XmlExport::pdfBlock(const QString& fullPath)
     writeLine(QStringLiteral("</pdf>"));
 }
 
-QString XmlExport::officeBlock(const QString& fullPath, const FolderEntry& entry)
+QString XmlExport::officeBlock(const QString& source, const FolderEntry& entry)
 {
     OfficeProperties office;
     const int mode = options_.ntfs ? OfficeProperties::kModeRead : OfficeProperties::kModeReadTransacted;
-    const int groups = office.open(fullPath, mode) ? office.propertyGroups() : 0;
+    const int groups = office.open(source, mode) ? office.propertyGroups() : 0;
     const int count = (groups & OfficeProperties::kUserDefinedGroup) ? office.userDefinedCount() : 0;
     if (!(groups & (OfficeProperties::kSummaryGroup | OfficeProperties::kDocumentSummaryGroup
                     | OfficeProperties::kUserDefinedGroup))) {
@@ -389,30 +395,29 @@ XmlExportResult WriteXmlExport(const QString& directory, const QString& outputPa
                                const std::atomic<bool>* stopRequested)
 {
     XmlExportResult result;
-    QSaveFile file(outputPath);
-    if (!file.open(QIODevice::WriteOnly)) {
-        result.writeError = file.errorString();
-        return result;
-    }
+    // One handle per level of the tree is open at a time.
+    RaiseOpenFileLimit();
     const VolumeInfo volume = VolumeOf(directory);
     XmlExportOptions walk = options;
     walk.ntfsVolume = volume.ntfs();
-    XmlExport writer(file, walk, captions);
-    writer.onProgress = onProgress;
-    writer.stopRequested = stopRequested;
-    for (const QString& line : XmlDocumentHead(volume.label, volume.fileSystem, ReportDateText(captions, now.date()),
-                                               now.time()))
-        writer.writeLine(line);
-    writer.elementId = 0;
-    writer.ExportXmlDirectory(ExportStartPath(directory));
-    if (!writer.stopped())
-        writer.writeLine(QString::fromUtf16(kXmlDocumentFoot));
-    result.stopped = writer.stopped();
-    result.directories = writer.directoryCount;
-    result.files = writer.fileCount;
-    result.messages = writer.messages;
-    if (!file.commit())
-        result.writeError = file.errorString();
+    // Written beside the target and put in its place when the walk ends, stopped or not.
+    result.writeError = ReplaceFile(outputPath, [&](QFile& file) {
+        XmlExport writer(file, walk, captions);
+        writer.onProgress = onProgress;
+        writer.stopRequested = stopRequested;
+        for (const QString& line : XmlDocumentHead(volume.label, volume.fileSystem,
+                                                   ReportDateText(captions, now.date()), now.time()))
+            writer.writeLine(line);
+        writer.elementId = 0;
+        writer.ExportXmlDirectory(ExportStartPath(directory));
+        if (!writer.stopped())
+            writer.writeLine(QString::fromUtf16(kXmlDocumentFoot));
+        result.stopped = writer.stopped();
+        result.directories = writer.directoryCount;
+        result.files = writer.fileCount;
+        result.messages = writer.messages;
+        return file.error() == QFileDevice::NoError;
+    });
     return result;
 }
 

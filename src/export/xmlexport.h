@@ -66,10 +66,13 @@ public:
 
 private:
     void WriteFileSystemDatetime(const FolderEntry& entry);
-    void writeFile(const QString& path, const FolderEntry& entry);
-    QString officeBlock(const QString& fullPath, const FolderEntry& entry);
-    void xmpBlock(const QString& fullPath);
-    void pdfBlock(const QString& fullPath);
+    void exportDirectory(const QString& path, const FolderHandle& folder);
+    // `source` opens the file (a path through its folder's handle in a deep tree),
+    // `fullPath` names it.
+    void writeFile(const QString& path, const FolderEntry& entry, const FolderHandle& folder);
+    QString officeBlock(const QString& source, const FolderEntry& entry);
+    void xmpBlock(const QString& source, const QString& fullPath);
+    void pdfBlock(const QString& source, const QString& fullPath);
     bool shouldStop();
     void readFailed(bool failed, const QString& path);
 

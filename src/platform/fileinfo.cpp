@@ -7,9 +7,11 @@
 #include <QStorageInfo>
 #include <algorithm>
 #include <cstring>
+#include <utility>
 #include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <sys/xattr.h>
@@ -94,10 +96,70 @@ QString AttributeLetters(const QString& name, const struct statx& info, quint32 
 
 }  // namespace
 
+FolderHandle::FolderHandle(int descriptor) : descriptor_(descriptor) {}
+
+FolderHandle::~FolderHandle()
+{
+    if (descriptor_ >= 0)
+        ::close(descriptor_);
+}
+
+FolderHandle::FolderHandle(FolderHandle&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+FolderHandle& FolderHandle::operator=(FolderHandle&& other) noexcept
+{
+    if (this != &other) {
+        if (descriptor_ >= 0)
+            ::close(descriptor_);
+        descriptor_ = std::exchange(other.descriptor_, -1);
+    }
+    return *this;
+}
+
+FolderHandle FolderHandle::Open(const QString& path)
+{
+    return FolderHandle(::open(EncodeFileName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+FolderHandle FolderHandle::openChild(const QString& name) const
+{
+    if (descriptor_ < 0)
+        return FolderHandle(-1);
+    // O_NOFOLLOW: a link put in the place of a listed folder is not followed out of the tree.
+    return FolderHandle(::openat(descriptor_, EncodeFileName(name).constData(),
+                                 O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
+}
+
+QString FolderHandle::openablePath(const QString& path) const
+{
+    // Below this length the system takes the path as it is; beyond, the entry is reached
+    // through this folder's descriptor, which works at any depth.
+    constexpr qsizetype kPathLimit = 4000;
+    if (descriptor_ < 0 || EncodeFileName(path).size() < kPathLimit)
+        return path;
+    const qsizetype slash = path.lastIndexOf(u'/');
+    return QStringLiteral("/proc/self/fd/%1/").arg(descriptor_) + path.mid(slash + 1);
+}
+
 QList<FolderEntry> ListFolder(const QString& folder, bool ntfs, bool* ok)
 {
+    return FolderHandle::Open(folder).list(ntfs, ok);
+}
+
+void RaiseOpenFileLimit()
+{
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < limit.rlim_max) {
+        limit.rlim_cur = limit.rlim_max;
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+}
+
+QList<FolderEntry> FolderHandle::list(bool ntfs, bool* ok) const
+{
     QList<FolderEntry> entries;
-    const int descriptor = open(EncodeFileName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    // The listing reads from a descriptor of its own, so the handle stays usable.
+    const int descriptor = descriptor_ >= 0 ? ::openat(descriptor_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC) : -1;
     *ok = descriptor >= 0;
     if (!*ok)
         return entries;

@@ -25,12 +25,43 @@ struct FolderEntry {
     QString attributes;
 };
 
-// The files and subfolders of `folder`, sorted by their upper-cased names (the order
-// NTFS returns them). A symbolic link to a file is the file it points to; links to
-// folders, and pipes, sockets and devices, are left out, so no walk can loop or block.
-// `ntfs` asks for the attributes and short names that only NTFS volumes expose. `ok` is
-// false when the folder cannot be listed.
+// An open folder. A walk down a tree opens each folder from its parent's handle, so no
+// path grows too long for the system whatever the depth.
+class FolderHandle {
+public:
+    static FolderHandle Open(const QString& path);
+    // The subfolder `name`, not followed when it has become a link.
+    FolderHandle openChild(const QString& name) const;
+    bool isOpen() const { return descriptor_ >= 0; }
+
+    // The files and subfolders, sorted by their names upper-cased one character at a time
+    // (the order NTFS returns them). A symbolic link to a file is the file it points to;
+    // links to folders, and pipes, sockets and devices, are left out, so no walk can loop
+    // or block. `ntfs` asks for the attributes and short names that only NTFS volumes
+    // expose. `ok` is false when the folder cannot be listed.
+    QList<FolderEntry> list(bool ntfs, bool* ok) const;
+
+    // A path that opens `path`, an entry of this folder: `path` itself while the system
+    // takes it, else one through this folder's handle.
+    QString openablePath(const QString& path) const;
+
+    ~FolderHandle();
+    FolderHandle(FolderHandle&& other) noexcept;
+    FolderHandle& operator=(FolderHandle&& other) noexcept;
+    FolderHandle(const FolderHandle&) = delete;
+    FolderHandle& operator=(const FolderHandle&) = delete;
+
+private:
+    explicit FolderHandle(int descriptor);
+    int descriptor_ = -1;
+};
+
+// The files and subfolders of `folder`, as FolderHandle::list gives them.
 QList<FolderEntry> ListFolder(const QString& folder, bool ntfs, bool* ok);
+
+// A walk holds one handle per level: the process may use as many descriptors as the
+// system allows it.
+void RaiseOpenFileLimit();
 
 struct VolumeInfo {
     QString label;

@@ -2,6 +2,7 @@
 // the family switches, stops, loops and the helpers with rules of their own.
 #include "core/codepage.h"
 #include "export/xmlexport.h"
+#include "export/xsltransform.h"
 #include "platform/namedstreams.h"
 
 #include "support/tempfolder.h"
@@ -200,4 +201,44 @@ TEST(XmlExport, RepairUtf8AccentsAndFileSystemDates)
     for (const auto& [in, out] : repairs)
         EXPECT_EQ(RepairUtf8Accents(in), out) << in.toStdString();
     EXPECT_EQ(FileSystemDate(LocalTime{}), QString());  // a time the system could not give
+}
+
+TEST(XmlExport, DeepTreesAndLongPaths)
+{
+    TempFolder folder;
+    const Captions captions = Captions::English();
+    const QDateTime now(QDate(2026, 11, 15), QTime(14, 5));
+    const QByteArray pdf = ReadFile(SourceFile(QStringLiteral("samples/documents/report.pdf")));
+
+    // 300 folders deep: the export of such a tree transforms like any other.
+    QString deep = folder.file(QStringLiteral("deep"));
+    for (int level = 0; level < 300; ++level)
+        deep += QStringLiteral("/d");
+    ASSERT_TRUE(QDir().mkpath(deep));
+    folder.write(QStringLiteral("deep") + deep.mid(folder.file(QStringLiteral("deep")).size()) + QStringLiteral("/x.pdf"), pdf);
+    const QString xml = folder.file(QStringLiteral("deep.xml"));
+    ASSERT_FALSE(WriteXmlExport(folder.file(QStringLiteral("deep")), xml, XmlExportOptions{}, captions, now).writeError);
+    const QString page = folder.file(QStringLiteral("deep.htm"));
+    const auto failure = TransformXmlFile(SourceFile(QStringLiteral("share/xsl/Table.xsl")), xml, page, captions);
+    EXPECT_FALSE(failure) << (failure ? failure->text.toStdString() : std::string());
+    EXPECT_TRUE(ReadFile(page).contains("x.pdf"));
+
+    // A path longer than the system takes (40 names of 120 characters): made short, then
+    // each folder renamed from the bottom up, so that no call ever needs the long path.
+    const QString top = folder.file(QStringLiteral("long"));
+    QString shortPath = top;
+    for (int level = 0; level < 40; ++level)
+        shortPath += QStringLiteral("/s");
+    ASSERT_TRUE(QDir().mkpath(shortPath));
+    folder.write(QStringLiteral("long") + shortPath.mid(top.size()) + QStringLiteral("/bottom.pdf"), pdf);
+    const QString longName = QString(120, u'n');
+    for (QString at = shortPath; at != top; at.chop(2))
+        ASSERT_TRUE(QDir().rename(at, at.chopped(1) + longName));
+    const QString document = QString::fromLatin1(Export(top, XmlExportOptions{}));
+    // Cleaned up the way the walk went: the system's own remover opens each level in turn.
+    QProcess::execute(QStringLiteral("rm"), {QStringLiteral("-rf"), top});
+    EXPECT_EQ(document.count(QStringLiteral("<dir>")), 41);
+    EXPECT_EQ(document.count(QStringLiteral("</dir>")), 41);
+    EXPECT_TRUE(document.contains(QStringLiteral("/") + longName + QStringLiteral("/bottom.pdf</fullname>")));
+    EXPECT_TRUE(document.contains(QStringLiteral("<title>Annual report 2026</title>")));
 }
