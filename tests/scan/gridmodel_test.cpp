@@ -124,3 +124,61 @@ TEST(GridModel, Highlighting)
     }
     EXPECT_FALSE(Filled().isHighlighted(9, 4));
 }
+
+TEST(GridModel, RowsKeepTheirIdsThroughSortsRenamesAndDeletes)
+{
+    GridModel grid = Filled();
+    const auto idOf = [&](const char* name) {
+        for (int row = 0; row < grid.rowCount(); ++row)
+            if (grid.cell(row, 0) == QLatin1String(name))
+                return grid.order()[row];
+        return -1;
+    };
+    // A selection of ids follows its files through a sort.
+    const int d = idOf("d");
+    grid.sortByColumn(3);
+    EXPECT_EQ(Order(grid), u"eca*db*");
+    EXPECT_EQ(grid.cell(grid.rowOfId(d), 0), u"d");
+
+    // A rename replaces the row in place (no resort) and shows a column that was empty.
+    grid.setDisplayEmptyColumns(false);
+    grid.removeRows({grid.rowOfId(idOf("e"))});
+    QList<int> shown;
+    grid.onColumnShown = [&](int column, bool visible) { shown << (visible ? column : -column); };
+    grid.replaceRow(0, {{"zz.doc", "", "", "", "Z"}, true});
+    EXPECT_EQ(Order(grid), u"zz.doc*a*db*");
+    EXPECT_TRUE(shown.isEmpty());  // Client had a value already
+
+    // Deleting rows moves every id above them down; deleting the last row with a title,
+    // a revision and pages hides their columns.
+    grid.removeRows({1, 3});
+    EXPECT_EQ(Order(grid), u"zz.doc*d");
+    EXPECT_EQ(grid.order(), (QList<int>{0, 1}));
+    EXPECT_TRUE(shown.isEmpty());
+    grid.removeRows({1});
+    EXPECT_EQ(shown, (QList<int>{-1, -2, -3}));
+    EXPECT_EQ(grid.visibleColumns(), (QList<int>{0, 4}));
+    grid.appendRow({{"new.pdf", "Report"}, true});
+    EXPECT_EQ(shown.last(), 1);
+}
+
+TEST(GridModel, StateIsSavedWithTheKeysItIsReadFrom)
+{
+    GridModel grid = Filled("Largeur1=150\r\nLargeur4=0\r\n");
+    grid.setWidth(0, 260);
+    grid.sortByColumn(3);
+    grid.sortByColumn(3);
+    const SettingsChange change = grid.stateChange();
+    QByteArray keys;
+    for (const SettingsChange::Entry& entry : change.entries()) {
+        EXPECT_EQ(entry.section, u"Configuration");
+        keys += (entry.key + u'=' + entry.value + QStringLiteral("\r\n")).toUtf8();
+    }
+    // What is saved reads back as the same widths and sort.
+    GridModel again = Filled(keys);
+    again.applySavedSort();
+    EXPECT_EQ(QList<int>({again.width(0), again.width(1), again.width(2), again.width(4)}), QList<int>({260, 150, 100, 0}));
+    EXPECT_EQ(again.sortColumn(), 3);
+    EXPECT_FALSE(again.sortUp());
+    EXPECT_EQ(Order(again), u"b*a*dce");
+}
