@@ -2,51 +2,26 @@
 #include "core/settingstext.h"
 
 #include "core/codepage.h"
+#include "platform/filenames.h"
 
 namespace brindar {
 namespace {
 
-// Strict UTF-8 check (no overlong forms, no surrogates, nothing above U+10FFFF);
-// also tells whether any multi-byte sequence was seen.
+// Strict UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF); also tells
+// whether any multi-byte sequence was seen.
 bool IsUtf8(const QByteArray& bytes, bool* sawMultiByte)
 {
     *sawMultiByte = false;
-    const auto* p = reinterpret_cast<const unsigned char*>(bytes.constData());
-    const auto* end = p + bytes.size();
-    while (p < end) {
-        const unsigned char c = *p;
-        if (c < 0x80) {
-            ++p;
+    for (qsizetype at = 0; at < bytes.size();) {
+        if (static_cast<unsigned char>(bytes[at]) < 0x80) {
+            ++at;
             continue;
         }
-        int length = 0;
-        unsigned char low = 0x80, high = 0xBF;
-        if (c >= 0xC2 && c <= 0xDF) {
-            length = 2;
-        } else if (c >= 0xE0 && c <= 0xEF) {
-            length = 3;
-            if (c == 0xE0)
-                low = 0xA0;
-            else if (c == 0xED)
-                high = 0x9F;
-        } else if (c >= 0xF0 && c <= 0xF4) {
-            length = 4;
-            if (c == 0xF0)
-                low = 0x90;
-            else if (c == 0xF4)
-                high = 0x8F;
-        } else {
+        const int length = Utf8SequenceLength(bytes, at);
+        if (length == 0)
             return false;
-        }
-        if (end - p < length)
-            return false;
-        if (p[1] < low || p[1] > high)
-            return false;
-        for (int i = 2; i < length; ++i)
-            if ((p[i] & 0xC0) != 0x80)
-                return false;
         *sawMultiByte = true;
-        p += length;
+        at += length;
     }
     return true;
 }

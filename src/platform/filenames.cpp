@@ -13,10 +13,14 @@ namespace {
 
 constexpr char16_t kEscapeBase = 0xDC00;
 
-// The length of the valid UTF-8 sequence at `p` (no overlong forms, no surrogates,
-// nothing above U+10FFFF), or 0.
-int Utf8SequenceLength(const unsigned char* p, const unsigned char* end)
+bool IsEscape(char16_t c) { return c >= kEscapeBase + 0x80 && c <= kEscapeBase + 0xFF; }
+
+}  // namespace
+
+int Utf8SequenceLength(QByteArrayView bytes, qsizetype at)
 {
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data()) + at;
+    const qsizetype left = bytes.size() - at;
     const unsigned char c = *p;
     int length = 0;
     unsigned char low = 0x80, high = 0xBF;
@@ -37,7 +41,7 @@ int Utf8SequenceLength(const unsigned char* p, const unsigned char* end)
     } else {
         return 0;
     }
-    if (end - p < length || p[1] < low || p[1] > high)
+    if (left < length || p[1] < low || p[1] > high)
         return 0;
     for (int i = 2; i < length; ++i)
         if ((p[i] & 0xC0) != 0x80)
@@ -45,27 +49,22 @@ int Utf8SequenceLength(const unsigned char* p, const unsigned char* end)
     return length;
 }
 
-bool IsEscape(char16_t c) { return c >= kEscapeBase + 0x80 && c <= kEscapeBase + 0xFF; }
-
-}  // namespace
-
 QString DecodeFileName(QByteArrayView bytes)
 {
     QString name;
     name.reserve(bytes.size());
-    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
-    const auto* end = p + bytes.size();
-    while (p < end) {
-        if (*p < 0x80) {
-            name += QChar(char16_t(*p++));
-            continue;
+    for (qsizetype at = 0; at < bytes.size();) {
+        const auto byte = static_cast<unsigned char>(bytes[at]);
+        if (byte < 0x80) {
+            name += QChar(char16_t(byte));
+            ++at;
+        } else if (const int length = Utf8SequenceLength(bytes, at)) {
+            name += QString::fromUtf8(bytes.sliced(at, length));
+            at += length;
+        } else {
+            name += QChar(char16_t(kEscapeBase + byte));
+            ++at;
         }
-        if (const int length = Utf8SequenceLength(p, end)) {
-            name += QString::fromUtf8(reinterpret_cast<const char*>(p), length);
-            p += length;
-            continue;
-        }
-        name += QChar(char16_t(kEscapeBase + *p++));
     }
     return name;
 }

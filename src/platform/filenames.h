@@ -16,6 +16,9 @@ class QFile;
 namespace brindar {
 
 QString DecodeFileName(QByteArrayView bytes);
+// The length of the valid UTF-8 sequence of two bytes or more starting at `at` (no
+// overlong forms, no surrogates, nothing above U+10FFFF), or 0.
+int Utf8SequenceLength(QByteArrayView bytes, qsizetype at);
 QByteArray EncodeFileName(QStringView name);
 
 // Whether the name holds bytes that are not text (kept as U+DC80..U+DCFF).

@@ -245,7 +245,7 @@ void ReadDatasets(PagedFile& file, qint64 block, bool macintoshAccents, IptcResu
 
 }  // namespace
 
-// The search as the program describes it, with 1-based positions i and j: for each i
+// The search by its rule, with 1-based positions i and j: for each i
 // that opens a window (in a JPEG the APP13 markers FF ED, the window running to i plus
 // the segment length; in any other file every i, the window running to size - 5), j
 // goes from i + 4 to the window's end; the search stops for good when j + 5 reaches

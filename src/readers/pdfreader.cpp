@@ -64,7 +64,8 @@ std::optional<double> NumericValue(QStringView text)
     return ok && std::isfinite(value) ? std::optional<double>(value) : std::nullopt;
 }
 
-// Conversion to a whole number, rounding halves to even as the program's runtime does.
+// Conversion to a whole number, rounding halves to even (banker's rounding), so that a
+// count written as "2.5" gives 2 and "3.5" gives 4.
 std::optional<qint64> WholeNumber(QStringView text, qint64 low, qint64 high)
 {
     const auto value = NumericValue(text);

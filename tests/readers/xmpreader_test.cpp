@@ -22,7 +22,7 @@ const Field kFields[] = {&R::authorsPosition, &R::captionWriter, &R::headline, &
     &R::creator, &R::keywords, &R::modificationDate, &R::pdfVersion, &R::producer, &R::description, &R::title,
     &R::creatorTool, &R::dcTitle, &R::dcCreator, &R::dcDescription, &R::rights, &R::dcSubject};
 
-// A packet as Adobe's toolkit of the time wrote it: single quotes, a UTF-8 byte-order mark.
+// A packet as Adobe's XMP toolkit writes it: single quotes, a UTF-8 byte-order mark.
 QByteArray Packet(const QByteArray& body)
 {
     return "<?xpacket begin='\xEF\xBB\xBF' id='W5M0MpCehiHzreSzNTczkc9d'?>" + body + "<?xpacket end='w'?>";
