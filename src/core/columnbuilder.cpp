@@ -1,16 +1,15 @@
 // The column builder: the only place that turns switches into grid columns.
 #include "core/columnbuilder.h"
 
+#include "core/captionids.h"
 #include "core/columnorder.h"
-#include "core/settings.h"
 #include "core/configuration.h"
 #include "core/inifile.h"
 #include "core/language.h"
+#include "core/settings.h"
 
 namespace brindar {
 namespace {
-
-constexpr int kDocumentCaption = 30;
 
 void AddColumn(ColumnSet& set, Column column)
 {
@@ -40,7 +39,7 @@ ColumnSet BuildColumns(const IniDocument& configuration, const Captions& caption
     const auto fields = FieldTable();
     set.displayed.assign(fields.size(), false);
 
-    const QString document = captions.text(CaptionSection::Metadata, kDocumentCaption);
+    const QString document = captions.text(caption::DocumentColumn);
     set.columns.append(Column{QString(), document, QStringLiteral("   ") + document, -1, -1, false});
 
     auto addUserSlots = [&] {
