@@ -1,4 +1,4 @@
-// The IPTC reader on JPEG and TIFF-like files built here, against a literal search, and on real images.
+// The IPTC reader on JPEG and TIFF-like files built here, and on real images.
 #include "readers/iptcreader.h"
 
 #include "core/codepage.h"
@@ -8,7 +8,6 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
-#include <random>
 
 using namespace brindar;
 using brindar::test::CorpusFile;
@@ -58,44 +57,6 @@ IptcResult Read(const QByteArray& bytes)
 {
     TempFolder folder;
     return ReadIptc(folder.write(QStringLiteral("image.jpg"), bytes), false);
-}
-
-// One file rewritten in place: a new file per search can cost far more than the search.
-qint64 Find(const TempFolder& folder, const QByteArray& bytes)
-{
-    const QString path = folder.file(QStringLiteral("search.bin"));
-    QFile out(path);
-    EXPECT_TRUE(out.open(QIODevice::ReadWrite) && out.write(bytes) == bytes.size() && out.resize(bytes.size()));
-    out.close();
-    PagedFile file(path);
-    return FindIptcResource(file);
-}
-
-// The search transcribed literally, for comparison only: 1-based positions, a window per APP13 marker
-// in a JPEG (either of its first two bytes says so) and per position otherwise, the stop when j + 5
-// reaches the size; a byte past the end ends the search. The 1-based j of "8BIM", 0 when none is found.
-qint64 LiteralSearch(const QByteArray& bytes)
-{
-    const qint64 size = bytes.size();
-    auto b = [&](qint64 x) { return x >= 1 && x <= size ? int(static_cast<unsigned char>(bytes[x - 1])) : -1; };
-    const bool jpeg = b(1) == 0xFF || b(2) == 0xD8;
-    for (qint64 i = 1; i <= size - 1; ++i) {
-        qint64 windowEnd = size - 5;
-        if (jpeg) {
-            if (b(i) != 0xFF || b(i + 1) != 0xED)
-                continue;
-            if (b(i + 2) < 0 || b(i + 3) < 0)
-                return 0;
-            windowEnd = i + b(i + 2) * 256 + b(i + 3);
-        }
-        for (qint64 j = i + 4; j <= windowEnd; ++j) {
-            if (j + 5 >= size)
-                return 0;
-            if (b(j) == '8' && b(j + 1) == 'B' && b(j + 2) == 'I' && b(j + 3) == 'M' && b(j + 4) == 4 && b(j + 5) == 4)
-                return j;
-        }
-    }
-    return 0;
 }
 
 using R = IptcResult;
@@ -183,34 +144,6 @@ TEST(IptcReader, DatasetAndBlockRules)
     EXPECT_EQ(fields.byline, S("y"));
     EXPECT_EQ(fields.caption, S("A & B"));
     EXPECT_EQ(fields.fragment, S("<byline></byline><byline>y</byline><caption>A &amp; B</caption>"));
-}
-
-TEST(IptcReader, ForwardSearchMatchesTheLiteralSearch)
-{
-    // Small files made of the bytes the search looks at, half of them JPEG by one of their first two
-    // bytes, with APP13 markers of short lengths whose windows overlap.
-    std::mt19937 random(20240229);
-    const QByteArray pieces[] = {B("8BIM\x04\x04"), B("8BIM\x04"), B("\xFF\xED"), B("\xFF"), B("\xED"),
-                                 B("\x04"), B("\0"), B("8"), B("B"), B("I"), B("M")};
-    const QByteArray jpegStarts[] = {B("\xFF\xD8"), B("\xFF\0"), B("\0\xD8")};
-    TempFolder folder;
-    int found = 0, jpegsFound = 0;
-    for (int n = 0; n < 5000; ++n) {
-        QByteArray file = n % 2 ? jpegStarts[random() % 3] : QByteArray();
-        for (int p = 0, count = int(random() % 14); p < count; ++p) {
-            const unsigned pick = random() % 16;
-            file += pick < std::size(pieces) ? pieces[pick]
-                    : pick < 14             ? B("\xFF\xED\0") + char(random() % 24)
-                                            : QByteArray(1, char(random() % 256));
-        }
-        const qint64 literal = LiteralSearch(file);
-        ASSERT_EQ(Find(folder, file) + 1, literal) << file.toHex().constData();
-        found += literal > 0;
-        jpegsFound += literal > 0 && n % 2;
-    }
-    // The files must exercise both outcomes and both kinds of search.
-    EXPECT_GT(found, 500);
-    EXPECT_GT(jpegsFound, 200);
 }
 
 TEST(IptcReader, LargeFilesAreReadOnce)
