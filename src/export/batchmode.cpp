@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <algorithm>
 
 namespace brindar {
 
@@ -82,8 +83,13 @@ QString AnalysedFolder(const QString& directory)
 QString RebuildCommandLine(const QStringList& arguments)
 {
     QStringList parts;
-    for (const QString& argument : arguments)
-        parts.append(argument.isEmpty() || argument.contains(u' ') ? u'"' + argument + u'"' : argument);
+    for (const QString& argument : arguments) {
+        // Not only blanks: the line is trimmed before it is read, so a tab or a line break
+        // at either end of an unquoted value would be lost.
+        const bool quoted =
+            argument.isEmpty() || std::any_of(argument.begin(), argument.end(), [](QChar c) { return c.isSpace(); });
+        parts.append(quoted ? u'"' + argument + u'"' : argument);
+    }
     return parts.join(u' ');
 }
 

@@ -39,6 +39,8 @@ TEST(BatchMode, OptionGrammar)
         EXPECT_EQ(CommandLineOption(QString::fromUtf8(row.line), row.letter), row.value) << row.line;
 
     EXPECT_EQ(RebuildCommandLine({"-d", "/tmp/My Docs", "-t", ""}), QStringLiteral("-d \"/tmp/My Docs\" -t \"\""));
+    // White space other than blanks is quoted too: the trimmed line would lose it at an end.
+    EXPECT_EQ(CommandLineOption(RebuildCommandLine({"-d", "/tmp/dir\r"}), 'd'), QStringLiteral("/tmp/dir\r"));
     const XmlFamilies pi = FamiliesOfLetters(QStringLiteral("pi"));
     EXPECT_TRUE(pi.pdf && pi.iptc && !pi.office && !pi.openOffice && !pi.xmp);
 }
