@@ -119,13 +119,16 @@ std::optional<SplitPath> SplitAtLastSlash(const QString& path)
 
 XmlFamilies FamiliesOfLetters(const QString& letters)
 {
-    const QString upper = letters.toUpper();
+    // Letters compared case-insensitively, not the text upper-cased: the dotless i (U+0131)
+    // and the ligature fi (U+FB01) upper-case to texts holding "I", yet they are other
+    // characters, which the option ignores.
+    const auto has = [&](char16_t letter) { return letters.contains(QChar(letter), Qt::CaseInsensitive); };
     XmlFamilies families;
-    families.office = upper.contains(u'M');
-    families.openOffice = upper.contains(u'O');
-    families.pdf = upper.contains(u'P');
-    families.iptc = upper.contains(u'I');
-    families.xmp = upper.contains(u'X');
+    families.office = has(u'M');
+    families.openOffice = has(u'O');
+    families.pdf = has(u'P');
+    families.iptc = has(u'I');
+    families.xmp = has(u'X');
     return families;
 }
 

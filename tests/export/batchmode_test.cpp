@@ -43,6 +43,8 @@ TEST(BatchMode, OptionGrammar)
     EXPECT_EQ(CommandLineOption(RebuildCommandLine({"-d", "/tmp/dir\r"}), 'd'), QStringLiteral("/tmp/dir\r"));
     const XmlFamilies pi = FamiliesOfLetters(QStringLiteral("pi"));
     EXPECT_TRUE(pi.pdf && pi.iptc && !pi.office && !pi.openOffice && !pi.xmp);
+    // Only the letters count: the dotless i and the ligature fi upper-case to "I" and "FI".
+    EXPECT_FALSE(FamiliesOfLetters(QStringLiteral("p\u0131\uFB01")).iptc);
 }
 
 namespace {
