@@ -5,6 +5,7 @@
 
 #include <QRegularExpression>
 #include <QStringList>
+#include <QtNumeric>
 
 namespace brindar {
 
@@ -47,7 +48,17 @@ qint64 DurationMinutes(const QString& iso)
     const auto m = duration.match(iso);
     if (!m.hasMatch() || iso.size() < 3)
         return -1;
-    return m.captured(1).toLongLong() * 1440 + m.captured(2).toLongLong() * 60 + m.captured(3).toLongLong();
+    // Counts too large for a number of minutes make no duration either, rather than a
+    // negative or wrapped one.
+    qint64 minutes = 0;
+    for (const auto& [group, scale] : {std::pair{1, 1440}, {2, 60}, {3, 1}}) {
+        bool ok = true;
+        const qint64 count = m.hasCaptured(group) ? m.captured(group).toLongLong(&ok) : 0;
+        qint64 part = 0;
+        if (!ok || qMulOverflow(count, qint64(scale), &part) || qAddOverflow(minutes, part, &minutes))
+            return -1;
+    }
+    return minutes;
 }
 
 QString CellText(const QVariant& value, bool localTime)

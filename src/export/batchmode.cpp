@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <algorithm>
 
 namespace brindar {
 
@@ -82,8 +83,13 @@ QString AnalysedFolder(const QString& directory)
 QString RebuildCommandLine(const QStringList& arguments)
 {
     QStringList parts;
-    for (const QString& argument : arguments)
-        parts.append(argument.isEmpty() || argument.contains(u' ') ? u'"' + argument + u'"' : argument);
+    for (const QString& argument : arguments) {
+        // Not only blanks: the line is trimmed before it is read, so a tab or a line break
+        // at either end of an unquoted value would be lost.
+        const bool quoted =
+            argument.isEmpty() || std::any_of(argument.begin(), argument.end(), [](QChar c) { return c.isSpace(); });
+        parts.append(quoted ? u'"' + argument + u'"' : argument);
+    }
     return parts.join(u' ');
 }
 
@@ -113,13 +119,16 @@ std::optional<SplitPath> SplitAtLastSlash(const QString& path)
 
 XmlFamilies FamiliesOfLetters(const QString& letters)
 {
-    const QString upper = letters.toUpper();
+    // Letters compared case-insensitively, not the text upper-cased: the dotless i (U+0131)
+    // and the ligature fi (U+FB01) upper-case to texts holding "I", yet they are other
+    // characters, which the option ignores.
+    const auto has = [&](char16_t letter) { return letters.contains(QChar(letter), Qt::CaseInsensitive); };
     XmlFamilies families;
-    families.office = upper.contains(u'M');
-    families.openOffice = upper.contains(u'O');
-    families.pdf = upper.contains(u'P');
-    families.iptc = upper.contains(u'I');
-    families.xmp = upper.contains(u'X');
+    families.office = has(u'M');
+    families.openOffice = has(u'O');
+    families.pdf = has(u'P');
+    families.iptc = has(u'I');
+    families.xmp = has(u'X');
     return families;
 }
 

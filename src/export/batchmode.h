@@ -13,8 +13,9 @@
 
 namespace brindar {
 
-// The arguments joined by single blanks, an empty argument or one holding a blank put
-// between double quotes, so that the option grammar reads them as typed.
+// The arguments joined by single blanks, an empty argument or one holding white space (a
+// blank, a tab, a line break) put between double quotes, so that the option grammar reads
+// them as typed.
 QString RebuildCommandLine(const QStringList& arguments);
 
 // The value of the option " -<letter>" (case-sensitive, first occurrence) in the

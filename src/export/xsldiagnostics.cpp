@@ -2,6 +2,7 @@
 #include "export/xsldiagnostics.h"
 
 #include "core/codepage.h"
+#include "platform/filenames.h"
 
 #include <libxml/globals.h>
 
@@ -262,10 +263,12 @@ QString SourceTexts::line(const QString& url, int line)
     auto found = texts_.find(url);
     if (found == texts_.end()) {
         // A stylesheet that xsl:import or xsl:include brought in: read it for the message.
+        // A regular file only: a device or a pipe the stylesheet names ("/dev/zero") has no
+        // size to check and would be read without end.
         const QUrl parsed(url);
-        QFile file(parsed.isLocalFile() ? parsed.toLocalFile() : url);
+        QFile file;
         std::optional<QString> text;
-        if (file.size() < 64 * 1024 * 1024 && file.open(QIODevice::ReadOnly))
+        if (OpenForReading(file, parsed.isLocalFile() ? parsed.toLocalFile() : url) && file.size() < 64 * 1024 * 1024)
             text = PrepareDocument(file.readAll()).text;
         found = texts_.emplace(url, text).first;
     }

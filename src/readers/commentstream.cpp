@@ -12,7 +12,9 @@ QString DecodeCommentStream(QByteArray bytes, qsizetype byteLimit)
     if (byteLimit >= 0 && bytes.size() > byteLimit)
         bytes.truncate(byteLimit);
     bytes.truncate(bytes.size() & ~qsizetype(1));
-    return QStringDecoder(QStringDecoder::Utf16LE).decode(bytes);
+    // A leading U+FEFF is one of the comment's characters, not a byte-order mark to drop:
+    // the stream has no mark, and is little-endian whatever it begins with.
+    return QStringDecoder(QStringDecoder::Utf16LE, QStringDecoder::Flag::ConvertInitialBom).decode(bytes);
 }
 
 std::optional<QString> ReadComment(const QString& path, qsizetype byteLimit)

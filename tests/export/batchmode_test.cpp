@@ -39,8 +39,12 @@ TEST(BatchMode, OptionGrammar)
         EXPECT_EQ(CommandLineOption(QString::fromUtf8(row.line), row.letter), row.value) << row.line;
 
     EXPECT_EQ(RebuildCommandLine({"-d", "/tmp/My Docs", "-t", ""}), QStringLiteral("-d \"/tmp/My Docs\" -t \"\""));
+    // White space other than blanks is quoted too: the trimmed line would lose it at an end.
+    EXPECT_EQ(CommandLineOption(RebuildCommandLine({"-d", "/tmp/dir\r"}), 'd'), QStringLiteral("/tmp/dir\r"));
     const XmlFamilies pi = FamiliesOfLetters(QStringLiteral("pi"));
     EXPECT_TRUE(pi.pdf && pi.iptc && !pi.office && !pi.openOffice && !pi.xmp);
+    // Only the letters count: the dotless i and the ligature fi upper-case to "I" and "FI".
+    EXPECT_FALSE(FamiliesOfLetters(QStringLiteral("p\u0131\uFB01")).iptc);
 }
 
 namespace {
