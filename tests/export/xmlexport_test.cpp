@@ -3,6 +3,7 @@
 #include "core/codepage.h"
 #include "export/xmlexport.h"
 #include "export/xsltransform.h"
+#include "platform/filenames.h"
 #include "platform/namedstreams.h"
 
 #include "support/tempfolder.h"
@@ -240,5 +241,19 @@ TEST(XmlExport, DeepTreesAndLongPaths)
     EXPECT_EQ(document.count(QStringLiteral("<dir>")), 41);
     EXPECT_EQ(document.count(QStringLiteral("</dir>")), 41);
     EXPECT_TRUE(document.contains(QStringLiteral("/") + longName + QStringLiteral("/bottom.pdf</fullname>")));
+    EXPECT_TRUE(document.contains(QStringLiteral("<title>Annual report 2026</title>")));
+}
+
+TEST(XmlExport, FoldersAndFilesWhoseNamesAreNotText)
+{
+    // Bytes that are not UTF-8 in a folder's and a file's name: the folder is entered and
+    // the file read, under the names their bytes make.
+    TempFolder folder;
+    const QString odd = folder.path() + DecodeFileName("/dossier\xE9");
+    ASSERT_FALSE(MakeFolders(odd));
+    ASSERT_TRUE(test::WriteFileAtBytes(EncodeFileName(odd) + "/caf\xE9.pdf",
+                                       ReadFile(SourceFile(QStringLiteral("samples/documents/report.pdf")))));
+    const QString document = DecodeWin1252(Export(folder.path(), XmlExportOptions{}));
+    EXPECT_EQ(document.count(QStringLiteral("<file>")), 1);
     EXPECT_TRUE(document.contains(QStringLiteral("<title>Annual report 2026</title>")));
 }
