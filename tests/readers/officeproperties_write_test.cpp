@@ -164,6 +164,32 @@ TEST(OfficePropertiesWrite, PlainFilesKeepPropertiesInNamedStreams)
     EXPECT_EQ(back.userDefinedName(0), u"Client");
 }
 
+TEST(OfficePropertiesWrite, NamedStreamsAreSavedAllOrNothing)
+{
+    // Each property set in turn grows past what a named stream holds; then both grow past
+    // what some file systems keep per file (ext4: 4 KiB in all), but not past the limit.
+    struct Row { int comments, company; bool tooLarge; };
+    for (const Row& row : {Row{70000, 4, true}, Row{4, 70000, true}, Row{2500, 2500, false}}) {
+        TempFolder folder;
+        const QString path = folder.write(QStringLiteral("notes.txt"), "text");
+        OfficeProperties p;
+        ASSERT_TRUE(p.open(path, OfficeProperties::kModeWrite));
+        ASSERT_TRUE(p.setAuthor(QStringLiteral("Anne")));
+        if (!p.save())
+            GTEST_SKIP() << "this file system keeps no extended attributes";
+        const auto summary = ReadNamedStream(path, QStringLiteral("\u0005SummaryInformation"));
+        ASSERT_TRUE(p.setComments(QString(row.comments, u'c')) && p.setCompany(QString(row.company, u'c')));
+        QString error;
+        const bool saved = p.save(&error);
+        // Saved, both streams are new; refused, both are as they were (the document
+        // summary, which the file did not have, still absent).
+        EXPECT_EQ(ReadNamedStream(path, QStringLiteral("\u0005SummaryInformation")) != summary, saved) << row.comments;
+        EXPECT_EQ(ReadNamedStream(path, QStringLiteral("\u0005DocumentSummaryInformation")).has_value(), saved);
+        EXPECT_EQ(saved, error.isEmpty()) << error.toStdString();
+        EXPECT_EQ(error.contains(u"larger than a named stream can be"), row.tooLarge) << error.toStdString();
+    }
+}
+
 TEST(OfficePropertiesWrite, LibreOfficeStillOpensTheDocument)
 {
     const QString office = QStandardPaths::findExecutable(QStringLiteral("soffice"));
