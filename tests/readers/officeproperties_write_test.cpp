@@ -116,6 +116,12 @@ TEST(OfficePropertiesWrite, EveryOperationRoundTrips)
         EXPECT_EQ(check.value(u"changed").toArray(), QJsonArray()) << row.document;
         EXPECT_TRUE(check.value(u"streams").toArray().contains(QStringLiteral("\u0005SummaryInformation")));
         EXPECT_EQ(check.value(u"values").toObject().value(u"company").toString(), u"ACME") << row.document;
+        // One summary section, whatever byte order its identifier was stored in, and the
+        // title other readers take from it is the new one (its accents aside: olefile
+        // drops every NUL of an 8-bit string, those of UTF-16 ones too).
+        EXPECT_EQ(check.value(u"summary_sections").toInt(), 1) << row.document;
+        EXPECT_TRUE(check.value(u"values").toObject().value(u"title").toString().startsWith(u"Nouveau titre"))
+            << row.document;
     }
 }
 
