@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QMap>
 #include <QString>
 #include <optional>
 
@@ -22,5 +23,11 @@ bool HasNamedStreams(const QString& path);
 // Replaces the stream `name` of the file or folder at `path` in one step (the
 // attribute is swapped whole). Returns the reason on failure.
 std::optional<QString> WriteNamedStream(const QString& path, const QString& name, const QByteArray& bytes);
+
+// Replaces several streams together, all or nothing: every size is checked and every old
+// value read before anything is written, and when the file system refuses one stream,
+// those written before it are put back (a stream the file did not have is removed
+// again). Returns the reason on failure; the streams are then as they were.
+std::optional<QString> WriteNamedStreams(const QString& path, const QMap<QString, QByteArray>& streams);
 
 }  // namespace brindar

@@ -330,10 +330,8 @@ bool OfficeProperties::save(QString* error)
     if (compound_) {
         if (auto why = RewriteCompoundFile(path_, streams))
             return fail(*why);
-    } else {
-        for (auto it = streams.cbegin(); it != streams.cend(); ++it)
-            if (auto why = WriteNamedStream(path_, it.key(), it.value()))
-                return fail(*why);
+    } else if (auto why = WriteNamedStreams(path_, streams)) {
+        return fail(*why);
     }
     summaryDirty_ = documentDirty_ = false;
     return true;

@@ -10,6 +10,9 @@
 namespace brindar {
 namespace {
 
+// The sections this program reads and writes.
+const QUuid kKnownSections[] = {kSummaryInformation, kDocumentSummaryInformation, kUserDefinedProperties};
+
 // No real section holds more properties than this; a larger count is damage.
 constexpr quint32 kPropertyLimit = 4096;
 constexpr quint32 kVectorLimit = 4096;
@@ -230,11 +233,20 @@ std::optional<PropertySet> ParsePropertySet(const QByteArray& stream)
         if (!c.ok())
             break;
         // Stored as a little-endian GUID, not in the RFC's byte order.
-        const QUuid guid(qFromLittleEndian<quint32>(id.data()), qFromLittleEndian<quint16>(id.data() + 4),
-                         qFromLittleEndian<quint16>(id.data() + 6), uchar(id[8]), uchar(id[9]), uchar(id[10]),
-                         uchar(id[11]), uchar(id[12]), uchar(id[13]), uchar(id[14]), uchar(id[15]));
-        if (auto section = ReadSection(stream, guid, offset))
+        QUuid guid(qFromLittleEndian<quint32>(id.data()), qFromLittleEndian<quint16>(id.data() + 4),
+                   qFromLittleEndian<quint16>(id.data() + 6), uchar(id[8]), uchar(id[9]), uchar(id[10]),
+                   uchar(id[11]), uchar(id[12]), uchar(id[13]), uchar(id[14]), uchar(id[15]));
+        // Some writers store it in the RFC's order: a known section all the same, or its
+        // values would be lost to this program and a second such section written.
+        const QUuid swapped = QUuid::fromRfc4122(id);
+        const bool known = std::find(std::begin(kKnownSections), std::end(kKnownSections), swapped)
+                           != std::end(kKnownSections);
+        if (known)
+            guid = swapped;
+        if (auto section = ReadSection(stream, guid, offset)) {
+            section->swappedFormatId = known ? id.toByteArray() : QByteArray();
             result.sections.append(*section);
+        }
     }
     return result;
 }
@@ -264,8 +276,13 @@ void Pad4(QByteArray& out)
         out.append('\0');
 }
 
-void PutGuid(QByteArray& out, const QUuid& id)
+void PutFormatId(QByteArray& out, const PropertySection& section)
 {
+    if (section.swappedFormatId.size() == 16) {
+        out.append(section.swappedFormatId);
+        return;
+    }
+    const QUuid& id = section.formatId;
     Put32(out, id.data1);
     Put16(out, id.data2);
     Put16(out, id.data3);
@@ -410,7 +427,7 @@ QByteArray SerializePropertySet(const PropertySet& set)
         bodies.append(EncodeSection(section));
     quint32 offset = quint32(out.size() + 20 * set.sections.size());
     for (int i = 0; i < set.sections.size(); ++i) {
-        PutGuid(out, set.sections[i].formatId);
+        PutFormatId(out, set.sections[i]);
         Put32(out, offset);
         offset += quint32(bodies[i].size());
     }

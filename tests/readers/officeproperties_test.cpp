@@ -28,6 +28,8 @@ TEST(OfficeProperties, RealDocuments)
          QStringLiteral("Computer Associates Intl."), 3, 0, {}, {}},
         // Code page 1200: wide strings everywhere, not an Office document at all.
         {"ole/poi__Test0313rur.adm", {}, QStringLiteral("wbustillo"), QStringLiteral("Proyecto PAAR"), 3, 0, {}, {}},
+        // The summary section's identifier stored byte-swapped (big-endian fields).
+        {"ole/poi__TestInvertedClassID.doc", QStringLiteral(" "), QStringLiteral("DIH-Collecticiel"), {}, 1, 0, {}, {}},
         // User-defined names with accents in UTF-8.
         {"ole/poi__Bug52311.doc", QStringLiteral("TEST"), QStringLiteral("bmaggi"), {}, 7, 6, QStringLiteral("Client"),
          QStringLiteral("Client")},

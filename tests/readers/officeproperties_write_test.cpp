@@ -116,6 +116,12 @@ TEST(OfficePropertiesWrite, EveryOperationRoundTrips)
         EXPECT_EQ(check.value(u"changed").toArray(), QJsonArray()) << row.document;
         EXPECT_TRUE(check.value(u"streams").toArray().contains(QStringLiteral("\u0005SummaryInformation")));
         EXPECT_EQ(check.value(u"values").toObject().value(u"company").toString(), u"ACME") << row.document;
+        // One summary section, whatever byte order its identifier was stored in, and the
+        // title other readers take from it is the new one (its accents aside: olefile
+        // drops every NUL of an 8-bit string, those of UTF-16 ones too).
+        EXPECT_EQ(check.value(u"summary_sections").toInt(), 1) << row.document;
+        EXPECT_TRUE(check.value(u"values").toObject().value(u"title").toString().startsWith(u"Nouveau titre"))
+            << row.document;
     }
 }
 
@@ -162,6 +168,32 @@ TEST(OfficePropertiesWrite, PlainFilesKeepPropertiesInNamedStreams)
     ASSERT_TRUE(back.open(path, OfficeProperties::kModeRead));
     EXPECT_EQ(back.author(), u"Anne");
     EXPECT_EQ(back.userDefinedName(0), u"Client");
+}
+
+TEST(OfficePropertiesWrite, NamedStreamsAreSavedAllOrNothing)
+{
+    // Each property set in turn grows past what a named stream holds; then both grow past
+    // what some file systems keep per file (ext4: 4 KiB in all), but not past the limit.
+    struct Row { int comments, company; bool tooLarge; };
+    for (const Row& row : {Row{70000, 4, true}, Row{4, 70000, true}, Row{2500, 2500, false}}) {
+        TempFolder folder;
+        const QString path = folder.write(QStringLiteral("notes.txt"), "text");
+        OfficeProperties p;
+        ASSERT_TRUE(p.open(path, OfficeProperties::kModeWrite));
+        ASSERT_TRUE(p.setAuthor(QStringLiteral("Anne")));
+        if (!p.save())
+            GTEST_SKIP() << "this file system keeps no extended attributes";
+        const auto summary = ReadNamedStream(path, QStringLiteral("\u0005SummaryInformation"));
+        ASSERT_TRUE(p.setComments(QString(row.comments, u'c')) && p.setCompany(QString(row.company, u'c')));
+        QString error;
+        const bool saved = p.save(&error);
+        // Saved, both streams are new; refused, both are as they were (the document
+        // summary, which the file did not have, still absent).
+        EXPECT_EQ(ReadNamedStream(path, QStringLiteral("\u0005SummaryInformation")) != summary, saved) << row.comments;
+        EXPECT_EQ(ReadNamedStream(path, QStringLiteral("\u0005DocumentSummaryInformation")).has_value(), saved);
+        EXPECT_EQ(saved, error.isEmpty()) << error.toStdString();
+        EXPECT_EQ(error.contains(u"larger than a named stream can be"), row.tooLarge) << error.toStdString();
+    }
 }
 
 TEST(OfficePropertiesWrite, LibreOfficeStillOpensTheDocument)

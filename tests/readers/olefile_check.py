@@ -34,7 +34,11 @@ def main():
                 value = value.decode("cp1252", "replace")
             # olefile keeps the terminating NUL of wide strings.
             values[field] = value.rstrip("\x00") if isinstance(value, str) else value
-        print(json.dumps({"changed": changed, "streams": sorted(after), "values": values}))
+        summary = ole.openstream("\x05SummaryInformation").read() if ole.exists("\x05SummaryInformation") else b""
+        # The section count, right after the 24-byte header of a property set.
+        sections = int.from_bytes(summary[24:28], "little")
+        print(json.dumps({"changed": changed, "streams": sorted(after), "values": values,
+                          "summary_sections": sections}))
 
 
 main()
