@@ -237,16 +237,13 @@ std::optional<PropertySet> ParsePropertySet(const QByteArray& stream)
                    qFromLittleEndian<quint16>(id.data() + 6), uchar(id[8]), uchar(id[9]), uchar(id[10]),
                    uchar(id[11]), uchar(id[12]), uchar(id[13]), uchar(id[14]), uchar(id[15]));
         // Some writers store it in the RFC's order: a known section all the same, or its
-        // values would be lost to this program and a second such section written.
+        // values would be lost to this program and a second such section written. When
+        // it is written back, it is in the usual order, which every reader finds.
         const QUuid swapped = QUuid::fromRfc4122(id);
-        const bool known = std::find(std::begin(kKnownSections), std::end(kKnownSections), swapped)
-                           != std::end(kKnownSections);
-        if (known)
+        if (std::find(std::begin(kKnownSections), std::end(kKnownSections), swapped) != std::end(kKnownSections))
             guid = swapped;
-        if (auto section = ReadSection(stream, guid, offset)) {
-            section->swappedFormatId = known ? id.toByteArray() : QByteArray();
+        if (auto section = ReadSection(stream, guid, offset))
             result.sections.append(*section);
-        }
     }
     return result;
 }
@@ -278,10 +275,6 @@ void Pad4(QByteArray& out)
 
 void PutFormatId(QByteArray& out, const PropertySection& section)
 {
-    if (section.swappedFormatId.size() == 16) {
-        out.append(section.swappedFormatId);
-        return;
-    }
     const QUuid& id = section.formatId;
     Put32(out, id.data1);
     Put16(out, id.data2);

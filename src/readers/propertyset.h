@@ -31,10 +31,6 @@ struct PropertyValue {
 
 struct PropertySection {
     QUuid formatId;
-    // The identifier's 16 bytes as stored when they hold a known identifier byte-swapped
-    // (its first three fields big-endian, as some writers store them), so that the
-    // section is written back as it was; empty otherwise.
-    QByteArray swappedFormatId;
     QList<quint32> order;                   // the property ids in stored order
     int codePage = 1252;                    // property 1; strings of the section use it
     QMap<quint32, PropertyValue> values;    // by property id, in id order
