@@ -14,13 +14,8 @@ PagedFile::PagedFile(const QString& path, int pagesKept) : pagesKept_(std::max(2
     size_ = open_ ? std::max<qint64>(0, file_.size()) : 0;
 }
 
-const QByteArray& PagedFile::page(qint64 index)
+QByteArray PagedFile::read(qint64 start, qint64 length)
 {
-    if (auto it = pages_.find(index); it != pages_.end())
-        return it->second;
-
-    const qint64 start = index * kPageSize;
-    const qint64 length = std::min(kPageSize, size_ - start);
     QByteArray bytes(length, '\0');
     qint64 got = 0;
     if (file_.seek(start)) {
@@ -32,10 +27,19 @@ const QByteArray& PagedFile::page(qint64 index)
         }
     }
     bytesRead_ += got;
-    if (got < length) {
+    // What could not be read stays 0.
+    if (got < length)
         shortRead_ = true;
-        std::fill(bytes.begin() + got, bytes.end(), '\0');
-    }
+    return bytes;
+}
+
+const QByteArray& PagedFile::page(qint64 index)
+{
+    if (auto it = pages_.find(index); it != pages_.end())
+        return it->second;
+
+    const qint64 start = index * kPageSize;
+    QByteArray bytes = read(start, std::min(kPageSize, size_ - start));
 
     if (int(pages_.size()) >= pagesKept_) {
         // at() points at the page it asked for at once, so dropping any page is safe;
@@ -52,21 +56,8 @@ QByteArray PagedFile::head(qint64 length)
     length = std::clamp<qint64>(length, 0, size_);
     if (pages_.count(0) || length > kPageSize)
         return bytes(0, length);
-    if (head_.size() < length) {
-        head_ = QByteArray(length, '\0');
-        qint64 got = 0;
-        if (file_.seek(0)) {
-            while (got < length) {
-                const qint64 n = file_.read(head_.data() + got, length - got);
-                if (n <= 0)
-                    break;
-                got += n;
-            }
-        }
-        bytesRead_ += got;
-        if (got < length)
-            shortRead_ = true;
-    }
+    if (head_.size() < length)
+        head_ = read(0, length);
     return head_.left(length);
 }
 

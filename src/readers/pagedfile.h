@@ -64,6 +64,7 @@ public:
 
 private:
     const QByteArray& page(qint64 index);
+    QByteArray read(qint64 start, qint64 length);
 
     QFile file_;
     bool open_ = false;
