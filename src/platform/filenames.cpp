@@ -104,13 +104,13 @@ bool HasUndecodableBytes(QStringView name)
 
 bool OpenForReading(QFile& file, const QString& path, bool unbuffered)
 {
-    // Without blocking while the kind of file is not known: opening a pipe waits for a writer.
+    // Without blocking while the kind of file is not known: opening a pipe waits for a
+    // writer. The flag changes nothing for the regular file that is then read.
     const int descriptor = ::open(EncodeFileName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0)
         return false;
     struct stat info {};
-    if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)
-        || ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK) != 0) {
+    if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)) {
         ::close(descriptor);
         return false;
     }

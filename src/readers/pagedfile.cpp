@@ -18,7 +18,7 @@ QByteArray PagedFile::read(qint64 start, qint64 length)
 {
     QByteArray bytes(length, '\0');
     qint64 got = 0;
-    if (file_.seek(start)) {
+    if (file_.pos() == start || file_.seek(start)) {
         while (got < length) {
             const qint64 n = file_.read(bytes.data() + got, length - got);
             if (n <= 0)
