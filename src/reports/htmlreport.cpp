@@ -6,6 +6,7 @@
 #include "core/captionids.h"
 #include "core/codepage.h"
 #include "core/paths.h"
+#include "platform/filenames.h"
 #include "reports/templatevariables.h"
 
 #include <QFile>
@@ -260,7 +261,7 @@ ReportOutcome WriteReportsListPage(const ReportsList& list, const QList<int>& or
     lines << BodyAndHeader(output, context) << QStringLiteral("<a name=\"Top\"></a>");
     lines << HeaderImageAndText(output, context);
 
-    const auto exists = [](const QString& directory) { return QFileInfo(directory).isDir(); };
+    const auto exists = [](const QString& directory) { return IsDirectory(directory); };
     // The headings' denominator counts every active entry, a vanished folder included.
     const int active = int(std::count_if(list.cbegin(), list.cend(), [](const ReportEntry& e) { return e.active; }));
     if (c.indexListes && active > 1) {

@@ -25,6 +25,10 @@
 namespace brindar {
 namespace {
 
+// A batch delivered holds at most this many rows, so that a caller showing them is never
+// handed a whole folder at once, from the readers or from the cache.
+constexpr int kMaxDelivery = 256;
+
 // A row being filled: a value lands only in a displayed column that is still empty, so
 // the first reader (and the first row of its table) with a value wins.
 class RowBuilder {
@@ -233,7 +237,12 @@ ScanResult ScanDirectory(Session session, const ScanRequest& request, const Scan
     if (cacheOn && !request.rescan) {
         if (auto rows = ReadMetadataCache(directory, codeList, session.captions, &result.cacheStatus)) {
             result.fromCache = true;
-            deliver(*rows, rows->isEmpty() ? QString() : rows->last().cells.value(0), int(rows->size()));
+            const int total = int(rows->size());
+            for (int first = 0; first < total && !stopped(); first += kMaxDelivery) {
+                const QList<GridRow> batch = rows->mid(first, kMaxDelivery);
+                deliver(batch, batch.last().cells.value(0), total);
+            }
+            result.stopped = result.files < total;
             return result;
         }
     } else {
@@ -262,9 +271,6 @@ ScanResult ScanDirectory(Session session, const ScanRequest& request, const Scan
     std::mutex mutex;
     std::condition_variable ready;
     std::atomic<int> next{0};
-    // A batch delivered holds at most this many rows, so that a caller showing them is
-    // never handed a whole folder at once.
-    constexpr int kMaxDelivery = 256;
     // Workers take files a batch at a time and hand a batch over at once (one lock and one
     // wake-up per batch), but look at the stop before every file.
     constexpr int kBatch = 32;

@@ -248,3 +248,23 @@ TEST(DirectoryScan, ASignatureTestReadsNoMoreThanTheSignature)
     ScanFile(f.documents.path(), DirectoryEntry{u"system.sxw"_s, false, {}}, context, &messages);
     EXPECT_EQ(messages, QStringList());
 }
+
+TEST(DirectoryScan, TheCacheDeliversInBatchesAndStopsToo)
+{
+    Fixture f("[Configuration]\nUseNTFSCache=1\n[Proprietes]\nTitre=1\n");
+    for (int i = 0; i < 600; ++i)
+        f.documents.write(u"f%1.txt"_s.arg(i, 3, 10, QChar(u'0')), "x");
+    f.scan();
+    std::atomic<bool> stop{false};
+    QList<int> sizes;
+    ScanCallbacks callbacks;
+    callbacks.onRows = [&](const QList<GridRow>& rows) {
+        sizes << int(rows.size());
+        stop = sizes.size() == 2;
+    };
+    const ScanResult result = ScanDirectory(f.session(), ScanRequest{f.documents.path(), false, 0}, callbacks, &stop);
+    EXPECT_TRUE(result.fromCache);
+    EXPECT_EQ(sizes, (QList<int>{256, 256}));
+    EXPECT_TRUE(result.stopped);
+    EXPECT_EQ(result.files, 512);
+}
