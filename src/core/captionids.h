@@ -35,6 +35,32 @@ inline constexpr CaptionId CacheWriteError{kMain, 97};
 inline constexpr CaptionId CacheNotEnoughMemory{kMain, 98};
 inline constexpr CaptionId UnableToSaveSettings{kMain, 99};
 inline constexpr CaptionId NoReportsListFolder{kMain, 100};
+inline constexpr CaptionId OpenAllSelected{kMain, 101};
+inline constexpr CaptionId NoTextEditor{kMain, 102};
+inline constexpr CaptionId TrashConfirmation{kMain, 103};
+inline constexpr CaptionId TrashFailures{kMain, 104};
+inline constexpr CaptionId AndMore{kMain, 105};  // "... and %1 more"
+inline constexpr CaptionId EditMenu{kMain, 106};
+inline constexpr CaptionId SelectAll{kMain, 107};
+inline constexpr CaptionId Copy{kMain, 108};
+inline constexpr CaptionId AboutQt{kMain, 109};
+inline constexpr CaptionId ParentFolder{kMain, 110};
+inline constexpr CaptionId FactName{kMain, 111};
+inline constexpr CaptionId FactFolder{kMain, 112};
+inline constexpr CaptionId FactSize{kMain, 113};
+inline constexpr CaptionId FactCreated{kMain, 114};
+inline constexpr CaptionId FactModified{kMain, 115};
+inline constexpr CaptionId FactAccessed{kMain, 116};
+inline constexpr CaptionId FactPermissions{kMain, 117};
+inline constexpr CaptionId UnableToOpenFile{kMain, 118};
+inline constexpr CaptionId UnableToWriteReport{kMain, 119};
+inline constexpr CaptionId HelpNotInstalled{kMain, 120};
+inline constexpr CaptionId BuildingReportsList{kMain, 121};
+inline constexpr CaptionId FolderLabel{kMain, 122};
+inline constexpr CaptionId QtLocale{kMain, 123};  // the code of Qt's own translations: "en", "fr"
+inline constexpr CaptionId FolderCannotBeListed{kMain, 124};
+inline constexpr CaptionId CopyValue{kMain, 125};
+inline constexpr CaptionId SelectConditionsFile{kMain, 126};
 
 inline constexpr CaptionId DocumentColumn{CaptionSection::Metadata, 30};
 

@@ -22,6 +22,10 @@ public:
     // is none or it cannot be started.
     virtual std::optional<QString> openInTextEditor(const QString& path);
     virtual TrashOutcome moveToTrash(const QString& path);
+    // Shows the file manager's properties dialog of these files
+    // (org.freedesktop.FileManager1.ShowItemProperties over the session bus). Returns the
+    // reason when no file manager answered: the window then shows its own dialog.
+    virtual std::optional<QString> showProperties(const QStringList& paths);
 
 protected:
     virtual bool startDetached(const QStringList& command);
