@@ -72,6 +72,7 @@ inline constexpr CaptionId DirectoryAlreadyInList{CaptionSection::List, 18};
 inline constexpr CaptionId NoSubdirectoriesIn{CaptionSection::List, 19};
 inline constexpr CaptionId AllDirectoriesInList{CaptionSection::List, 20};
 inline constexpr CaptionId PathIsInvalid{CaptionSection::List, 21};
+inline constexpr CaptionId DirectoryNotInList{CaptionSection::List, 22};
 
 inline constexpr CaptionId NoXsl{kXml, 17};  // "<none>"
 inline constexpr CaptionId XmlExportFileUnknown{kXml, 29};

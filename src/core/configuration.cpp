@@ -63,6 +63,8 @@ const KeyRow kKeys[] = {
     {key::DoubleClicProprietes, BoolKey{&C::doubleClicProprietes, BoolRule::OnlyOneTurnsOn}},
     {key::BarreHorizontale, BoolKey{&C::barreHorizontale, BoolRule::OnlyOneTurnsOn}},
     {key::LocalTime, BoolKey{&C::localTime, BoolRule::OnlyOneTurnsOn}},
+    {key::DisplayEmptyColumns, BoolKey{&C::displayEmptyColumns, BoolRule::OnlyZeroTurnsOff}},
+    {key::AutomaticUpdate, BoolKey{&C::automaticUpdate, BoolRule::OnlyOneTurnsOn}},
     {key::PrefixeTableau, TextKey{&C::prefixeTableau, false}},
     {key::AjouterDate, BoolKey{&C::ajouterDate, BoolRule::OnlyOneTurnsOn}},
     {key::EffacerAnciensTableaux, BoolKey{&C::effacerAnciensTableaux, BoolRule::CannotTurnOff}},
@@ -190,6 +192,8 @@ Chooser ReadChooser(const IniDocument& file)
     chooser.top = OptionalInt(file, key::Top);
     chooser.width = OptionalInt(file, key::Width);
     chooser.height = OptionalInt(file, key::Height);
+    chooser.fullGrid = OptionalInt(file, key::FullGrid).value_or(0) == 1;
+    chooser.panelWidth = OptionalInt(file, key::PanelWidth);
     // A name that could leave the settings folder ("../x") is not a configuration name.
     const auto name = [&](const SettingKey& setting, QString& into) {
         if (QString value = file.value(setting.sectionName(), setting.keyName());

@@ -45,6 +45,8 @@ struct Configuration {
     QMap<int, int> largeur;  // column -> width, only the columns the file names
     std::optional<int> sort;
     std::optional<int> up;
+    bool displayEmptyColumns = true;  // the grid's check boxes
+    bool automaticUpdate = false;
 
     // [HTML]
     QString prefixeTableau = QStringLiteral("Brindar");
@@ -92,6 +94,8 @@ struct Chooser {
     std::optional<int> top;
     std::optional<int> width;
     std::optional<int> height;
+    bool fullGrid = false;  // the grid alone, without the panel
+    std::optional<int> panelWidth;
 };
 
 Chooser ReadChooser(const IniDocument& file);

@@ -1,6 +1,9 @@
 // Joining paths and checking names.
 #include "core/paths.h"
 
+#include "platform/filenames.h"
+
+#include <QDir>
 #include <string_view>
 
 namespace brindar {
@@ -17,6 +20,24 @@ bool HasForbiddenCharacters(const QString& name)
         if (forbidden.find(c.unicode()) != std::u16string_view::npos)
             return true;
     return false;
+}
+
+}  // namespace brindar
+
+namespace brindar {
+
+QString NearestExistingFolder(const QString& folder, const QString& fallback)
+{
+    if (folder.isEmpty() || !folder.startsWith(u'/'))
+        return fallback;
+    QString candidate = QDir::cleanPath(folder);
+    while (!IsDirectory(candidate)) {
+        if (candidate == u"/")
+            return fallback;
+        const qsizetype slash = candidate.lastIndexOf(u'/');
+        candidate = slash <= 0 ? QStringLiteral("/") : candidate.left(slash);
+    }
+    return candidate;
 }
 
 }  // namespace brindar

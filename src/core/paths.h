@@ -14,3 +14,11 @@ inline constexpr char16_t kForbiddenNameCharacters[] = u"\\/:*?\"<>|";
 bool HasForbiddenCharacters(const QString& name);
 
 }  // namespace brindar
+
+namespace brindar {
+
+// The folder itself when it exists, else its nearest existing parent, else `fallback`
+// (the window opens there when the folder it remembers has gone).
+QString NearestExistingFolder(const QString& folder, const QString& fallback);
+
+}  // namespace brindar

@@ -38,6 +38,12 @@ SettingsChange& SettingsChange::setNumber(const SettingKey& key, int index, qint
     return set(key, index, QString::number(value));
 }
 
+SettingsChange& SettingsChange::add(const SettingsChange& other)
+{
+    entries_ += other.entries_;
+    return *this;
+}
+
 bool SettingsChange::touches(SettingsFile file) const
 {
     for (const Entry& entry : entries_)

@@ -37,6 +37,8 @@ inline constexpr SettingKey Left{kChooser, "MainWindow", "Left"};
 inline constexpr SettingKey Top{kChooser, "MainWindow", "Top"};
 inline constexpr SettingKey Width{kChooser, "MainWindow", "Width"};
 inline constexpr SettingKey Height{kChooser, "MainWindow", "Height"};
+inline constexpr SettingKey FullGrid{kChooser, "MainWindow", "FullGrid"};
+inline constexpr SettingKey PanelWidth{kChooser, "MainWindow", "PanelWidth"};
 
 // [Configuration] of a configuration file.
 inline constexpr SettingKey Langue{kConf, "Configuration", "Langue"};
@@ -68,6 +70,8 @@ inline constexpr SettingKey LignesTexte{kConf, "Configuration", "LignesTexte"};
 inline constexpr SettingKey Largeur{kConf, "Configuration", "Largeur"};  // + column number
 inline constexpr SettingKey Sort{kConf, "Configuration", "Sort"};
 inline constexpr SettingKey Up{kConf, "Configuration", "Up"};
+inline constexpr SettingKey DisplayEmptyColumns{kConf, "Configuration", "DisplayEmptyColumns"};
+inline constexpr SettingKey AutomaticUpdate{kConf, "Configuration", "AutomaticUpdate"};
 
 // [HTML]: the reports.
 inline constexpr SettingKey PrefixeTableau{kConf, "HTML", "PrefixeTableau"};
@@ -137,6 +141,8 @@ public:
     SettingsChange& setBool(const SettingKey& key, bool value);
     SettingsChange& setNumber(const SettingKey& key, qint64 value);
     SettingsChange& setNumber(const SettingKey& key, int index, qint64 value);
+    // Every key of `other` after these.
+    SettingsChange& add(const SettingsChange& other);
 
     struct Entry {
         SettingsFile file;

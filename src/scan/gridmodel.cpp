@@ -179,6 +179,12 @@ void GridModel::sortByColumn(int column)
 
 void GridModel::applySavedSort()
 {
+    // A sort the user chose since the grid was made outlives the rows it sorted: the next
+    // folder comes sorted the same way.
+    if (sortColumn_ >= 0) {
+        sortRows();
+        return;
+    }
     if (!savedSort_ || *savedSort_ < 0 || *savedSort_ >= columnCount())
         return;
     sortColumn_ = *savedSort_;

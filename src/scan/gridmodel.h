@@ -70,8 +70,8 @@ public:
     // A click on a column's header: sorts by that column; the sort column clicked again
     // reverses the direction.
     void sortByColumn(int column);
-    // After a scan: the configuration's "Sort" and "Up" ("Up" 1 = ascending), when "Sort"
-    // names a column of this grid.
+    // After a scan: the sort the user last chose in this grid, else the configuration's
+    // "Sort" and "Up" ("Up" 1 = ascending) when "Sort" names a column of this grid.
     void applySavedSort();
     int sortColumn() const { return sortColumn_; }  // -1 before any sort
     bool sortUp() const { return sortUp_; }
@@ -89,6 +89,8 @@ public:
     // "Surligner" and "SurlignerProprietesPersonnelles", changed from the menu.
     void setHighlightFilesWithMetadata(bool on) { surligner_ = on; }
     void setHighlightUserColumns(bool on) { surlignerProprietesPersonnelles_ = on; }
+    bool highlightFilesWithMetadata() const { return surligner_; }
+    bool highlightUserColumns() const { return surlignerProprietesPersonnelles_; }
     bool isHighlighted(int row, int column) const;
 
 private:

@@ -1,12 +1,19 @@
 // The file actions that change the file system, and the volumes a user browses.
 #include "platform/fileactions.h"
 #include "platform/filenames.h"
+#include "platform/signals.h"
 #include "platform/volumes.h"
 
 #include "support/tempfolder.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QSocketNotifier>
+#include <QThread>
+#include <csignal>
+#include <functional>
 #include <gtest/gtest.h>
 
 using namespace brindar;
@@ -67,4 +74,38 @@ TEST(Volumes, OnlyVolumesThatHoldDocuments)
     const QList<MountedVolume> volumes = MountedVolumes();
     ASSERT_FALSE(volumes.isEmpty());
     EXPECT_EQ(volumes.front().rootPath, u"/");
+}
+
+// A termination signal wakes the descriptor instead of ending the process, once per
+// signal, and draining makes it wait again.
+TEST(TerminationSignals, ReachTheDescriptorAndNotTheDefaultAction)
+{
+    const int descriptor = TerminationSignalDescriptor();
+    ASSERT_GE(descriptor, 0);
+    EXPECT_EQ(TerminationSignalDescriptor(), descriptor);
+    QSocketNotifier notifier(descriptor, QSocketNotifier::Read);
+    int woken = 0;
+    QObject::connect(&notifier, &QSocketNotifier::activated, [&] {
+        ++woken;
+        DrainTerminationSignals(descriptor);
+    });
+    const auto waitFor = [](const std::function<bool()>& done) {
+        QDeadlineTimer deadline(5000);
+        while (!done() && !deadline.hasExpired()) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+            QThread::msleep(1);
+        }
+        return done();
+    };
+    for (int signal : {SIGTERM, SIGINT}) {
+        const int before = woken;
+        std::raise(signal);
+        EXPECT_TRUE(waitFor([&] { return woken > before; })) << signal;
+    }
+    // Drained: nothing more to read.
+    const int settled = woken;
+    QDeadlineTimer pause(50);
+    while (!pause.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    EXPECT_EQ(woken, settled);
 }
