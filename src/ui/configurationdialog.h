@@ -35,6 +35,25 @@ public:
     // Object names: "frmConfiguration"; "txtNom" (name), "lstConfigurations", "lblErreur"
     // (forbidden characters), "lblRepertoire" (the named file's "Repertoire"), "cmdOK",
     // "cmdSupprimer" (Remove), "cmdAnnuler" (Cancel).
+
+private:
+    void nameChanged();
+    void confirm();
+    void remove();
+
+    Mode mode_;
+    QString folder_;
+    QString current_;
+    const Captions& captions_;
+    Prompter& prompter_;
+    QString chosen_;
+    QLineEdit* name_;
+    QListWidget* list_;
+    QLabel* error_;
+    QLabel* directoryCaption_;
+    QLabel* directory_;
+    QPushButton* ok_;
+    QPushButton* remove_;
 };
 
 }  // namespace brindar

@@ -1,6 +1,9 @@
 // Desktop services: the associated application, the plain-text editor, the trash.
 #include "ui/desktop.h"
 
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
@@ -11,6 +14,8 @@
 
 namespace brindar {
 namespace {
+
+constexpr int kFileManagerTimeoutMs = 3000;
 
 // The entries of one section of a desktop-entry style file ("key=value" lines).
 QList<std::pair<QString, QString>> SectionEntries(const QString& path, QStringView section)
@@ -177,6 +182,26 @@ std::optional<QString> Desktop::openInTextEditor(const QString& path)
 }
 
 TrashOutcome Desktop::moveToTrash(const QString& path) { return MoveToTrash(path); }
+
+std::optional<QString> Desktop::showProperties(const QStringList& paths)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return QStringLiteral("no desktop session bus: %1").arg(bus.lastError().message());
+    QStringList uris;
+    for (const QString& path : paths)
+        uris << QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItemProperties"));
+    call << uris << QString();
+    // A file manager may have to start first (bus activation); one that never answers must
+    // not freeze the window for long.
+    const QDBusMessage reply = bus.call(call, QDBus::Block, kFileManagerTimeoutMs);
+    if (reply.type() == QDBusMessage::ErrorMessage)
+        return QStringLiteral("no file manager shows properties: %1").arg(reply.errorMessage());
+    return std::nullopt;
+}
 
 bool Desktop::startDetached(const QStringList& command)
 {

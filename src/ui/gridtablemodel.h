@@ -44,12 +44,12 @@ public:
     void setToolTips(bool on);
     void setHeaderToolTip(const QString& text);  // [Main] 91 on every header
 
-    // The colours a highlighted cell is painted with: the background and a text colour that
-    // reads on it. Exposed for the tests.
+    // The background of a highlighted cell: the colour (a tint of it for the system's
+    // colour), or a lighter tint for user-defined columns while rows are highlighted too.
     QColor highlightBackground(bool userColumn) const;
 
-    // Emitted with (column, shown) when a column is hidden as empty or shown again.
 signals:
+    // A column hidden as empty, or shown again.
     void columnShown(int column, bool shown);
 
 public:
@@ -60,7 +60,10 @@ public:
 
 private:
     GridModel grid_;
-    // ... colours and options
+    QString headerToolTip_;
+    QColor colour_;  // the highlighting colour as painted
+    bool systemColour_ = true;
+    bool toolTips_ = true;
 };
 
 // A colour word of the configuration (red in the low byte, then green, then blue) and

@@ -34,8 +34,16 @@ signals:
     void rowActivated(int row);                    // double click or Enter
     void contextMenuRequested(int row, QPoint globalPos);
 
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
+    void applyRowHeight();
+
     GridTableModel* model_ = nullptr;
+    int lines_ = 1;
+    bool applying_ = false;  // widths set from the grid, not by the user
 };
 
 }  // namespace brindar

@@ -9,7 +9,11 @@
 #include <QList>
 #include <QObject>
 #include <atomic>
+#include <functional>
 #include <memory>
+#include <thread>
+
+class QTimer;
 
 namespace brindar {
 
@@ -33,6 +37,14 @@ signals:
     void rowsReady(const QList<brindar::GridRow>& rows);
     void progress(const brindar::ScanProgress& progress);
     void finished(const brindar::ScanResult& result);
+
+private:
+    struct Shared;
+    void deliver();
+
+    std::shared_ptr<Shared> shared_;  // the running scan's, shared with its worker
+    std::thread worker_;
+    QTimer* timer_;
 };
 
 // Runs a function on a worker thread with a stop token, then calls `done` on the
@@ -46,6 +58,11 @@ public:
     void stop();
     void stopAndWait();
     bool isRunning() const;
+
+private:
+    struct State;
+    std::shared_ptr<State> state_;
+    std::thread worker_;
 };
 
 }  // namespace brindar
