@@ -15,7 +15,13 @@ CommandLine ParseCommandLine(const QStringList& arguments)
         line.command = Command::BatchMode;
         return line;
     }
-    if (first == u"--scan" && arguments.size() == 3) {
+    if (first == u"--open" && arguments.size() <= 3) {
+        line.command = Command::Open;
+        line.directory = arguments.value(2);
+    } else if (first == u"--open") {
+        line.command = Command::Unknown;
+        line.unknownOption = arguments.at(3);
+    } else if (first == u"--scan" && arguments.size() == 3) {
         line.command = Command::Scan;
         line.directory = arguments.at(2);
     } else if (first == u"--report" && arguments.size() == 4
@@ -55,8 +61,8 @@ QString HelpText()
     return VersionText() + QString::fromUtf8(R"( - the metadata of every file of a folder, in one grid
 
 Usage:
-  brindar                      open the program (the window arrives in a later release;
-                               until then this shows the columns, like --show-columns)
+  brindar                      open the window on the folder shown last
+  brindar --open [DIR]         open the window on DIR
   brindar -d DIR -x FILE [-o LETTERS] [-t XSL -h OUTPUT]
                                batch mode: write the XML export of DIR to FILE and,
                                with -t and -h, transform it with an XSL file

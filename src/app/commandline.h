@@ -6,12 +6,12 @@
 
 namespace brindar {
 
-enum class Command { Interactive, Help, Version, ShowColumns, Scan, Report, BatchMode, Unknown };
+enum class Command { Interactive, Open, Help, Version, ShowColumns, Scan, Report, BatchMode, Unknown };
 
 struct CommandLine {
     Command command = Command::Interactive;
     QString unknownOption;
-    QString directory;   // --scan, --report
+    QString directory;   // --open, --scan, --report
     QString reportKind;  // --report: html, csv, docx or list
 };
 

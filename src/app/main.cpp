@@ -1,6 +1,7 @@
-// The brindar program: long options, batch mode, and (later) the window.
+// The brindar program: the window, the long options and the batch mode.
 #include "app/commandline.h"
 #include "core/captionids.h"
+#include "core/configurationfiles.h"
 #include "core/session.h"
 #include "export/batchmode.h"
 #include "platform/filenames.h"
@@ -13,6 +14,7 @@
 #include "reports/htmlreport.h"
 #include "scan/directoryscan.h"
 #include "scan/gridmodel.h"
+#include "ui/application.h"
 #include "version.h"
 
 #include <QCoreApplication>
@@ -197,18 +199,53 @@ int BatchMode(const QStringList& arguments, QTextStream& err)
 
 }  // namespace
 
+// A first start of the window or of any command gets the starter configuration.
+void CreateStarterConfigurationIfNone()
+{
+    QString locale;
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"})
+        if (locale = qEnvironmentVariable(variable); !locale.isEmpty())
+            break;
+    CreateStarterConfiguration(SettingsFolder(), DataFolder(), locale);
+}
+
+// The window needs a display; without one, Qt would abort with a message about plugins.
+bool HasDisplay()
+{
+    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (!qEnvironmentVariableIsEmpty(variable))
+            return true;
+    return false;
+}
+
+int Window(int& argc, char** argv, const QString& directory)
+{
+    if (!HasDisplay()) {
+        QTextStream(stderr) << "brindar: no display; see brindar --help for the command-line modes\n";
+        return 1;
+    }
+    CreateStarterConfigurationIfNone();
+    const QString folder = directory.isEmpty() ? QString() : QDir::cleanPath(QDir(directory).absolutePath());
+    return RunWindow(argc, argv, folder);
+}
+
 int main(int argc, char* argv[])
 {
-    QCoreApplication app(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("brindar-pro"));
-    QTextStream out(stdout);
-    QTextStream err(stderr);
-
     // The arguments as their bytes say: a folder whose name is not UTF-8 is still found.
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments << DecodeFileName(argv[i]);
     const CommandLine line = ParseCommandLine(arguments);
+    if (line.command == Command::Interactive || line.command == Command::Open)
+        return Window(argc, argv, line.directory);
+
+    // Every other mode runs without a display.
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("brindar-pro"));
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    if (line.command != Command::Help && line.command != Command::Version)
+        CreateStarterConfigurationIfNone();
     switch (line.command) {
     case Command::Help:
         out << HelpText();
@@ -217,6 +254,8 @@ int main(int argc, char* argv[])
         out << VersionText() << '\n';
         return 0;
     case Command::Interactive:
+    case Command::Open:
+        return 1;
     case Command::ShowColumns:
         return ShowColumns(out);
     case Command::Scan:

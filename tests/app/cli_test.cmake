@@ -24,3 +24,16 @@ foreach(option "-d DIR" "-x FILE" "-o LETTERS" "-t XSL" "-h OUTPUT" "--show-colu
 endforeach()
 run(1 --no-such-option)
 expect("unknown option --no-such-option")
+
+# Without a display the window cannot open: a clear message instead of Qt's abort, and
+# the command-line modes are named.
+foreach(arguments "" "--open;/tmp")
+  execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=DISPLAY --unset=WAYLAND_DISPLAY --unset=QT_QPA_PLATFORM
+                          ${PROGRAM} ${arguments}
+                  RESULT_VARIABLE code OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  if(NOT code EQUAL 1 OR NOT err STREQUAL "brindar: no display; see brindar --help for the command-line modes\n")
+    message(FATAL_ERROR "brindar ${arguments} without a display: exit ${code}\n${out}${err}")
+  endif()
+endforeach()
+run(1 --open /tmp extra)
+expect("unknown option extra")
