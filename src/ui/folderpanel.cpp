@@ -56,6 +56,12 @@ FolderPanel::FolderPanel(QWidget* parent) : QWidget(parent)
     folders_ = new QFileSystemModel(this);
     folders_->setFilter(QDir::AllDirs | QDir::NoDotAndDotDot | QDir::Hidden);
     folders_->setRootPath(QStringLiteral("/"));
+    // A folder that vanishes moves the tree's current row to a neighbour: that is not the
+    // user choosing it. Connected before the view's own handlers, so it is in place first.
+    connect(folders_, &QAbstractItemModel::rowsAboutToBeRemoved, this, [this] {
+        showing_ = true;
+        QTimer::singleShot(0, this, [this] { showing_ = false; });
+    });
     tree_ = new QTreeView(this);
     tree_->setObjectName(QStringLiteral("Chemins"));
     tree_->setModel(folders_);

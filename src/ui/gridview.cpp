@@ -50,6 +50,7 @@ void GridView::setGridModel(GridTableModel* model)
         applying_ = false;
     });
     connect(model, &QAbstractItemModel::modelReset, this, &GridView::applyWidths);
+    applyWidths();
     connect(model, &QAbstractItemModel::layoutChanged, this, [this] {
         const int column = model_->grid().sortColumn();
         horizontalHeader()->setSortIndicatorShown(column >= 0);

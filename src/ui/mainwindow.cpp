@@ -26,6 +26,7 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QDir>
+#include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -186,7 +187,10 @@ void MainWindow::connectSignals()
         save(SettingsChange().setBool(key::AutomaticUpdate, on));
         showFolder(folder_);
     });
-    connect(watcher_, &QFileSystemWatcher::directoryChanged, watchPause_, qOverload<>(&QTimer::start));
+    connect(watcher_, &QFileSystemWatcher::directoryChanged, this, [this](const QString& path) {
+        folderChanged_ = folderChanged_ || path == folder_;
+        watchPause_->start();
+    });
     connect(watchPause_, &QTimer::timeout, this, &MainWindow::folderChangedOnDisk);
 
     connect(scanner_, &ScanRunner::rowsReady, this, &MainWindow::onRows);
@@ -280,8 +284,12 @@ void MainWindow::showFolder(const QString& folder, bool rescan)
         save(SettingsChange().set(key::Repertoire, folder));
     if (!watcher_->directories().isEmpty())
         watcher_->removePaths(watcher_->directories());
-    if (automaticUpdate_->isChecked() && IsDirectory(folder))
+    // The parent is watched too: a folder renamed or moved away tells only its parent.
+    if (automaticUpdate_->isChecked() && IsDirectory(folder)) {
         watcher_->addPath(folder);
+        if (folder != u"/")
+            watcher_->addPath(QFileInfo(folder).path());
+    }
     model_->clearRows();
     cache_->clear();
     status_->setText(Main(session_.captions, 74));
@@ -563,8 +571,10 @@ void MainWindow::folderChangedOnDisk()
 {
     if (!automaticUpdate_->isChecked())
         return;
+    const bool changed = std::exchange(folderChanged_, false);
     if (IsDirectory(folder_)) {
-        showFolder(folder_, true);
+        if (changed)
+            showFolder(folder_, true);
         return;
     }
     // The folder has gone: nothing of it is shown any longer.

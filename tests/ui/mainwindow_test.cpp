@@ -16,7 +16,10 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QFile>
+#include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QLibraryInfo>
+#include <QTableWidget>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -294,8 +297,15 @@ TEST(MainWindow, LanguageSwitchRetranslates)
     EXPECT_GE(ColumnOf(*window, u"Titre"_s), 0);
     EXPECT_EQ(window->findChild<QPushButton*>(u"cmdHTML"_s)->text(), u"Rapport HTML");
     EXPECT_EQ(IniValue(sandbox.settings(u"Brindar.ini"_s), u"Configuration"_s, u"Langue"_s), u"French");
+    // Qt's own buttons speak the same language, when its translations are installed.
+    if (QFile::exists(QLibraryInfo::path(QLibraryInfo::TranslationsPath) + u"/qtbase_fr.qm"_s)) {
+        QDialogButtonBox box(QDialogButtonBox::Yes | QDialogButtonBox::Cancel);
+        EXPECT_EQ(box.button(QDialogButtonBox::Cancel)->text(), u"Annuler");
+    }
     WaitForScan(*window, [&] { Action(*window, "mnuLanguage_English")->trigger(); });
     EXPECT_EQ(file->title(), u"&File");
+    QDialogButtonBox box(QDialogButtonBox::Cancel);
+    EXPECT_EQ(box.button(QDialogButtonBox::Cancel)->text(), u"Cancel");
 }
 
 // The report commands with their questions and messages.
@@ -433,4 +443,68 @@ TEST(MainWindow, ConfigurationFiles)
     window->run(WindowCommand::RemoveConfiguration);
     EXPECT_FALSE(QFile::exists(sandbox.settings(u"Photos.ini"_s)));
     EXPECT_EQ(window->session().chooser.nom, u"Brindar");
+}
+
+// What goes wrong around the window is said once and clearly, and loses nothing.
+TEST(MainWindow, BadInput)
+{
+    Sandbox sandbox;
+    ScriptedPrompter prompter;
+    RecordingDesktop desktop;
+    auto window = OpenWindow(prompter, desktop);
+    const auto messages = [&](const QString& start) {
+        int count = 0;
+        for (const auto& call : prompter.calls)
+            count += call.kind == u"message" && call.text.startsWith(start);
+        return count;
+    };
+
+    // No file manager on the bus: the program's own properties, with the row's values.
+    window->grid().selectRows({RowOf(*window, u"report.pdf"_s)});
+    QStringList facts;
+    prompter.onExec = [&](QDialog& dialog) {
+        auto* table = dialog.findChild<QTableWidget*>(u"tblFaits"_s);
+        for (int row = 0; table && row < table->rowCount(); ++row)
+            facts << table->item(row, 0)->text() + u'=' + table->item(row, 1)->text();
+        return int(QDialog::Rejected);
+    };
+    Action(*window, "mnuProperties")->trigger();
+    EXPECT_EQ(desktop.properties, QStringList{sandbox.documents() + u"/report.pdf"_s});
+    EXPECT_TRUE(facts.contains(u"Name=report.pdf"_s)) << facts.join(u", "_s).toStdString();
+    EXPECT_TRUE(facts.contains(u"Author=Anne Martin"_s)) << facts.join(u", "_s).toStdString();
+    EXPECT_TRUE(std::any_of(facts.cbegin(), facts.cend(), [](const QString& f) { return f.startsWith(u"Size="_s); }));
+
+    // A file that cannot go to the trash is named and stays.
+    desktop.trashError = u"no trash on this volume"_s;
+    prompter.questions.push_back(true);
+    WaitForScan(*window, [&] { Action(*window, "mnuDelete")->trigger(); });
+    EXPECT_EQ(messages(u"These files could not be moved to the trash"_s), 1);
+    EXPECT_TRUE(prompter.calls.back().text.contains(u"report.pdf: no trash on this volume"_s));
+    EXPECT_TRUE(QFile::exists(sandbox.documents() + u"/report.pdf"_s));
+
+    // Automatic update: a new file appears by itself; the folder vanishing empties the grid.
+    auto* update = window->findChild<QCheckBox*>(u"chkMiseAJour"_s);
+    WaitForScan(*window, [&] { update->click(); });
+    WaitForScan(*window, [&] { sandbox.folder.write(u"documents/new.txt"_s, "n"); });
+    EXPECT_GE(RowOf(*window, u"new.txt"_s), 0);
+    QDir().rename(sandbox.documents(), sandbox.folder.file(u"moved"_s));
+    auto* status = window->findChild<QLabel*>(u"lblStatus"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return status->text().startsWith(u"Directory not found:"_s); }, 10000))
+        << status->text().toStdString();
+    EXPECT_EQ(window->model().grid().rowCount(), 0);
+    QDir().rename(sandbox.folder.file(u"moved"_s), sandbox.documents());
+    WaitForScan(*window, [&] { update->click(); });
+
+    // A settings folder that cannot be written: said once, with the reason; the options
+    // still change for the rest of the run.
+    const QString settings = sandbox.folder.file(u"settings"_s);
+    QDir().rename(settings, settings + u".away"_s);
+    sandbox.folder.write(u"settings"_s, "a file where the folder was");
+    Action(*window, "mnuDoubleClic")->trigger();
+    Action(*window, "mnuBarreHorizontale")->trigger();
+    EXPECT_EQ(messages(u"Unable to save the settings:"_s), 1);
+    EXPECT_TRUE(window->session().configuration.doubleClicProprietes);
+    EXPECT_TRUE(window->session().configuration.barreHorizontale);
+    QFile::remove(settings);
+    QDir().rename(settings + u".away"_s, settings);
 }

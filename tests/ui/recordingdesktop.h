@@ -15,6 +15,7 @@ public:
     QStringList edited;
     QStringList properties;
     std::optional<QString> openError;
+    std::optional<QString> trashError;  // set: nothing can be trashed
 
     std::optional<QString> openFile(const QString& path) override
     {
@@ -30,6 +31,13 @@ public:
     {
         properties += paths;
         return QStringLiteral("no file manager in the tests");
+    }
+
+    TrashOutcome moveToTrash(const QString& path) override
+    {
+        if (trashError)
+            return {QString(), trashError};
+        return Desktop::moveToTrash(path);
     }
 
 protected:
