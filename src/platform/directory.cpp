@@ -8,7 +8,7 @@ namespace brindar {
 QList<DirectoryEntry> ListFiles(const QString& folder, bool* ok, bool ntfs)
 {
     QList<DirectoryEntry> entries;
-    for (const FolderEntry& entry : ListFolder(folder, ntfs, ok))
+    for (const FolderEntry& entry : ListFolder(folder, ntfs, ok, Details::NamesOnly))
         if (!entry.directory)
             entries.append(DirectoryEntry{entry.name, entry.name.startsWith(u'.'), entry.shortName});
     return entries;

@@ -25,6 +25,10 @@ struct FolderEntry {
     QString attributes;
 };
 
+// What a listing gathers: everything, or the names and kinds alone (times, sizes and
+// attributes left out; a file is known as a file from the folder's own record).
+enum class Details { All, NamesOnly };
+
 // An open folder. A walk down a tree opens each folder from its parent's handle, so no
 // path grows too long for the system whatever the depth.
 class FolderHandle {
@@ -39,7 +43,7 @@ public:
     // links to folders, and pipes, sockets and devices, are left out, so no walk can loop
     // or block. `ntfs` asks for the attributes and short names that only NTFS volumes
     // expose. `ok` is false when the folder cannot be listed.
-    QList<FolderEntry> list(bool ntfs, bool* ok) const;
+    QList<FolderEntry> list(bool ntfs, bool* ok, Details details = Details::All) const;
 
     // A path that opens `path`, an entry of this folder: `path` itself while the system
     // takes it, else one through this folder's handle.
@@ -57,7 +61,7 @@ private:
 };
 
 // The files and subfolders of `folder`, as FolderHandle::list gives them.
-QList<FolderEntry> ListFolder(const QString& folder, bool ntfs, bool* ok);
+QList<FolderEntry> ListFolder(const QString& folder, bool ntfs, bool* ok, Details details = Details::All);
 
 // A walk holds one handle per level: the process may use as many descriptors as the
 // system allows it.

@@ -21,6 +21,7 @@ GridModel::GridModel(const ColumnSet& columns, const Configuration& configuratio
         widths_.append(saved < 0 ? fallback : saved);
     }
     hidden_.fill(false, columnCount());
+    shared_.resize(columnCount());
 }
 
 QString GridModel::header(int column) const
@@ -82,6 +83,18 @@ void GridModel::setHidden(int column, bool hidden)
 void GridModel::appendRow(GridRow row)
 {
     row.cells.resize(columnCount());
+    // A folder repeats its values (the same application, author, producer on file after
+    // file): each short value is kept once and shared by every row that holds it.
+    for (int c = 1; c < columnCount(); ++c) {
+        QString& cell = row.cells[c];
+        if (cell.isEmpty() || cell.size() > kSharedValueLength)
+            continue;
+        const auto known = shared_[c].constFind(cell);
+        if (known != shared_[c].cend())
+            cell = *known;
+        else
+            shared_[c].insert(cell);
+    }
     // While empty columns are hidden, a column that receives a value is empty no longer.
     if (!displayEmptyColumns_)
         for (int c = 1; c < columnCount(); ++c)
@@ -93,8 +106,6 @@ void GridModel::appendRow(GridRow row)
 
 void GridModel::appendRows(const QList<GridRow>& rows)
 {
-    rows_.reserve(rows_.size() + rows.size());
-    order_.reserve(order_.size() + rows.size());
     for (const GridRow& row : rows)
         appendRow(row);
 }
@@ -103,6 +114,8 @@ void GridModel::clearRows()
 {
     rows_.clear();
     order_.clear();
+    for (QSet<QString>& values : shared_)
+        values.clear();
     if (!displayEmptyColumns_)
         hideEmptyColumns();
 }

@@ -7,6 +7,7 @@
 #include "scan/gridrow.h"
 
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <functional>
 #include <optional>
@@ -101,6 +102,8 @@ private:
     QList<Column> columns_;
     QList<int> widths_;
     QList<bool> hidden_;  // hidden as empty while empty columns are not displayed
+    static constexpr int kSharedValueLength = 64;
+    QList<QSet<QString>> shared_;  // per column: the short values the rows hold
     QList<GridRow> rows_;  // by id
     QList<int> order_;     // position -> id
     std::optional<int> savedSort_;

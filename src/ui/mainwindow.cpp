@@ -660,15 +660,8 @@ void MainWindow::run(WindowCommand command)
     case WindowCommand::AboutQt:
         QApplication::aboutQt();
         break;
-    case WindowCommand::ModifyProperties:
-    case WindowCommand::DisplayedMetadata:
-    case WindowCommand::DisplayedFiles:
-    case WindowCommand::HtmlOptions:
-    case WindowCommand::ColumnOrder:
-    case WindowCommand::Hypertext:
-    case WindowCommand::EditReportsList:
-    case WindowCommand::XmlExport:
-        break;  // their dialogs are not part of the window yet; the entries stay disabled
+    default:
+        break;  // the dialogs not part of the window yet: their entries stay disabled
     }
 }
 
@@ -790,7 +783,6 @@ void MainWindow::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
-    closing_ = true;
     SettingsChange change = PlacementChange(*this);
     change.set(key::Repertoire, folder_)
         .setBool(key::FullGrid, session_.chooser.fullGrid)

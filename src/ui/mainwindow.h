@@ -97,7 +97,6 @@ private:
     QString folder_;
     QStringList reselect_;  // names to select once the scan ends (after a rename)
     bool settingsErrorShown_ = false;
-    bool closing_ = false;
     bool folderChanged_ = false;  // the folder shown, not only its parent, changed on disk
 
     MainActions* actions_ = nullptr;
