@@ -1,6 +1,8 @@
 // Desktop services: the associated application, the plain-text editor, the trash.
 #include "ui/desktop.h"
 
+#include "platform/filenames.h"
+
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusMessage>
@@ -116,7 +118,7 @@ QStringList ExecCommand(const QString& exec, const QString& path)
             command << path;
             fileGiven = true;
         } else if (w == u"%u" || w == u"%U") {
-            command << QUrl::fromLocalFile(path).toString();
+            command << FileUrl(path).toString(QUrl::FullyEncoded);
             fileGiven = true;
         } else if (w.size() == 2 && w.startsWith(u'%') && w != u"%%") {
             continue;  // %i, %c, %k and the deprecated codes
@@ -164,9 +166,15 @@ std::optional<QStringList> TextEditorCommand(const QString& path)
     return std::nullopt;
 }
 
+QUrl FileUrl(const QString& path)
+{
+    // From the name's bytes, so a name that is not UTF-8 keeps them (%FF) in the address.
+    return QUrl::fromEncoded("file://" + EncodeFileName(path).toPercentEncoding("/"), QUrl::StrictMode);
+}
+
 std::optional<QString> Desktop::openFile(const QString& path)
 {
-    if (QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+    if (QDesktopServices::openUrl(FileUrl(path)))
         return std::nullopt;
     return QStringLiteral("%1: no application opens this file").arg(path);
 }
@@ -190,7 +198,7 @@ std::optional<QString> Desktop::showProperties(const QStringList& paths)
         return QStringLiteral("no desktop session bus: %1").arg(bus.lastError().message());
     QStringList uris;
     for (const QString& path : paths)
-        uris << QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
+        uris << FileUrl(path).toString(QUrl::FullyEncoded);
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItemProperties"));

@@ -7,6 +7,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 #include <optional>
 
 namespace brindar {
@@ -30,6 +31,9 @@ public:
 protected:
     virtual bool startDetached(const QStringList& command);
 };
+
+// The file:// address of a path, from the bytes of its name.
+QUrl FileUrl(const QString& path);
 
 // The command that opens `path` in a text editor: the desktop's default application for
 // plain text (its mimeapps.list files and the applications' .desktop files, in the

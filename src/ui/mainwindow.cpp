@@ -54,6 +54,7 @@ namespace {
 constexpr int kReadErrorsShown = 20;
 constexpr int kAutomaticUpdatePauseMs = 1000;
 constexpr int kDefaultPanelWidth = 260;
+constexpr int kNoticeMs = 10000;
 const QString kCrLf = QStringLiteral("\r\n");
 
 QString Main(const Captions& captions, int number) { return captions.text(CaptionSection::Main, number); }
@@ -268,8 +269,9 @@ void MainWindow::start(const QString& folder)
     const QString wanted = folder.isEmpty() ? session_.configuration.repertoire : folder;
     const QString shown = NearestExistingFolder(wanted, QDir::homePath());
     showFolder(shown);
+    // Said over the status bar for a while: the counts of the folder shown come after it.
     if (!wanted.isEmpty() && shown != QDir::cleanPath(wanted))
-        status_->setText(session_.captions.text(caption::DirectoryNotFound) + u' ' + wanted);
+        statusBar()->showMessage(session_.captions.text(caption::DirectoryNotFound) + u' ' + wanted, kNoticeMs);
 }
 
 void MainWindow::showFolder(const QString& folder, bool rescan)

@@ -1,5 +1,6 @@
 // The plain-text editor chosen from the desktop's settings, as a user of this desktop expects.
 #include "ui/desktop.h"
+#include "platform/filenames.h"
 
 #include "support/tempfolder.h"
 
@@ -57,7 +58,7 @@ TEST(Desktop, TheDefaultPlainTextApplicationThenTheEditorVariables)
                        "[Desktop Entry]\nName=Text\nExec=\"/opt/my editor/gedit\" --new-window %U --tab-width=4%% %i\n");
     desktop.data.write(u"applications/common.desktop"_s, "[Desktop Entry]\nExec=common %f\n");
     EXPECT_EQ(TextEditorCommand(file), (QStringList{u"/opt/my editor/gedit"_s, u"--new-window"_s,
-                                                    u"file:///home/me/notes 1.txt"_s, u"--tab-width=4%"_s}));
+                                                    u"file:///home/me/notes%201.txt"_s, u"--tab-width=4%"_s}));
 
     // Without any application: $VISUAL, then $EDITOR (no terminal found here).
     DesktopFolders bare;
@@ -65,4 +66,24 @@ TEST(Desktop, TheDefaultPlainTextApplicationThenTheEditorVariables)
     EXPECT_EQ(TextEditorCommand(file), (QStringList{u"vi"_s, u"-n"_s, file}));
     qputenv("VISUAL", "kate");
     EXPECT_EQ(TextEditorCommand(file), (QStringList{u"kate"_s, file}));
+}
+
+// Addresses of files for the desktop: the name's bytes, so a name that is not UTF-8 still
+// names its file.
+TEST(Desktop, FileAddressesKeepTheNameBytes)
+{
+    const struct {
+        QByteArray bytes;
+        const char* address;
+    } cases[] = {
+        {"/home/me/report.pdf", "file:///home/me/report.pdf"},
+        {"/home/me/My Docs/#1 100%.txt", "file:///home/me/My%20Docs/%231%20100%25.txt"},
+        {"/tmp/\xC3\xA9t\xC3\xA9.doc", "file:///tmp/%C3%A9t%C3%A9.doc"},
+        {"/tmp/caf\xE9.doc", "file:///tmp/caf%E9.doc"},
+    };
+    for (const auto& c : cases) {
+        const QString path = DecodeFileName(c.bytes);
+        EXPECT_EQ(FileUrl(path).toEncoded(), QByteArray(c.address)) << c.address;
+        EXPECT_TRUE(FileUrl(path).isLocalFile());
+    }
 }

@@ -14,6 +14,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
+#include <QStatusBar>
+#include <QTimer>
 #include <QDir>
 #include <QFile>
 #include <QDialogButtonBox>
@@ -422,20 +425,24 @@ TEST(MainWindow, ConfigurationFiles)
         };
     };
 
-    // A new configuration: asked, created, selected; it opens the folder shown.
+    // A new configuration: asked, created, selected; the one left keeps its widths.
+    const int title = ColumnOf(*window, u"Title"_s);
+    window->grid().setColumnWidth(title, 321);
     prompter.onExec = typeAndConfirm(u"Photos"_s, "cmdOK");
     prompter.questions.push_back(true);
     WaitForScan(*window, [&] { window->run(WindowCommand::SelectConfiguration); });
     EXPECT_TRUE(QFile::exists(sandbox.settings(u"Photos.ini"_s)));
     EXPECT_EQ(window->session().chooser.nom, u"Photos");
     EXPECT_EQ(IniValue(sandbox.settings(u"ChoixConfiguration.ini"_s), u"Configuration"_s, u"Nom"_s), u"Photos");
+    EXPECT_EQ(IniValue(sandbox.settings(u"Brindar.ini"_s), u"Configuration"_s, u"Largeur"_s + QString::number(title)),
+              u"321");
 
     // Back to the first one: its folder and columns again.
     prompter.onExec = typeAndConfirm(u"Brindar"_s, "cmdOK");
     WaitForScan(*window, [&] { window->run(WindowCommand::SelectConfiguration); });
     EXPECT_EQ(window->session().chooser.nom, u"Brindar");
     EXPECT_EQ(window->folder(), sandbox.documents());
-    EXPECT_GE(ColumnOf(*window, u"Title"_s), 0);
+    EXPECT_EQ(window->grid().columnWidth(title), 321);
 
     // Removing the one in use returns to the built-in name.
     prompter.onExec = typeAndConfirm(u"Photos"_s, "cmdSupprimer");
@@ -507,4 +514,68 @@ TEST(MainWindow, BadInput)
     EXPECT_TRUE(window->session().configuration.barreHorizontale);
     QFile::remove(settings);
     QDir().rename(settings + u".away"_s, settings);
+}
+
+// The grid's conveniences: the popup of a row's metadata, copying rows as text, opening
+// many files, the grid alone, and a remembered folder that has gone.
+TEST(MainWindow, GridConveniences)
+{
+    Sandbox sandbox;
+    ScriptedPrompter prompter;
+    RecordingDesktop desktop;
+    auto window = OpenWindow(prompter, desktop, sandbox.documents() + u"/gone/deeper"_s);
+    // The nearest folder that still exists opens, and the window says what it could not find.
+    EXPECT_EQ(window->folder(), sandbox.documents());
+    EXPECT_TRUE(window->statusBar()->currentMessage().startsWith(u"Directory not found: "_s));
+
+    // The popup: the row's metadata, each entry copying its value, then the file actions.
+    const int report = RowOf(*window, u"report.pdf"_s);
+    QStringList entries;
+    QTimer::singleShot(0, [&] {
+        auto* popup = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (!popup)
+            return;
+        for (QAction* action : popup->actions())
+            entries << action->text();
+        for (QAction* action : popup->actions())
+            if (action->text().startsWith(u"Author: "_s))
+                action->trigger();
+        popup->close();
+    });
+    QMetaObject::invokeMethod(&window->grid(), "contextMenuRequested", Q_ARG(int, report), Q_ARG(QPoint, QPoint(10, 10)));
+    EXPECT_TRUE(entries.contains(u"Metadata of report.pdf"_s)) << entries.join(u" | "_s).toStdString();
+    EXPECT_TRUE(entries.contains(u"Author: Anne Martin"_s)) << entries.join(u" | "_s).toStdString();
+    EXPECT_TRUE(entries.contains(u"Rename"_s));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"Anne Martin");
+
+    // Copy: the selected rows' shown cells, tab-separated.
+    window->grid().selectRows({report, RowOf(*window, u"readme.txt"_s)});
+    Action(*window, "mnuCopy")->trigger();
+    const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_TRUE(lines.front().startsWith(u"readme.txt\t"_s) || lines.front().startsWith(u"report.pdf\t"_s));
+    EXPECT_EQ(lines.back().count(u'\t'), window->model().grid().visibleColumns().size() - 1);
+
+    // Opening more than ten files asks first; No opens none.
+    for (int i = 0; i < 12; ++i)
+        sandbox.folder.write(u"documents/many%1.txt"_s.arg(i), "m");
+    WaitForScan(*window, [&] { window->run(WindowCommand::Refresh); });
+    window->run(WindowCommand::SelectAll);
+    prompter.questions.push_back(false);
+    window->run(WindowCommand::Open);
+    EXPECT_TRUE(prompter.calls.back().text.startsWith(u"Open all the selected files? (18)"_s));
+    EXPECT_TRUE(desktop.opened.isEmpty());
+    prompter.questions.push_back(true);
+    window->run(WindowCommand::Open);
+    EXPECT_EQ(desktop.opened.size(), 18);
+
+    // The grid alone, kept for the next start.
+    Action(*window, "mnuFullGrid")->trigger();
+    EXPECT_FALSE(window->findChild<QWidget*>(u"panel"_s)->isVisible());
+    window->close();
+    EXPECT_EQ(IniValue(sandbox.settings(u"ChoixConfiguration.ini"_s), u"MainWindow"_s, u"FullGrid"_s), u"1");
+    window.reset();
+    auto reopened = OpenWindow(prompter, desktop);
+    EXPECT_FALSE(reopened->findChild<QWidget*>(u"panel"_s)->isVisible());
+    EXPECT_TRUE(Action(*reopened, "mnuFullGrid")->isChecked());
 }
