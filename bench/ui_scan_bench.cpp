@@ -3,6 +3,7 @@
 // by a text and a numeric column. Usage: ui_scan_bench FOLDER (settings from BRINDAR_HOME).
 #include "core/session.h"
 #include "platform/folders.h"
+#include "platform/memory.h"
 #include "platform/systeminfo.h"
 #include "ui/desktop.h"
 #include "ui/gridtablemodel.h"
@@ -66,6 +67,7 @@ int ColumnOf(const GridModel& grid, const QString& caption)
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    LimitAllocatorArenas();  // as the program's window does
     QApplication application(argc, argv);
     if (argc < 2) {
         QTextStream(stderr) << "usage: ui_scan_bench FOLDER\n";

@@ -26,6 +26,13 @@ bool HasForbiddenCharacters(const QString& name)
 
 namespace brindar {
 
+QUrl FileUrl(const QString& path)
+{
+    if (!HasUndecodableBytes(path))
+        return QUrl::fromLocalFile(path);
+    return QUrl::fromEncoded("file://" + EncodeFileName(path).toPercentEncoding("/"), QUrl::StrictMode);
+}
+
 QString NearestExistingFolder(const QString& folder, const QString& fallback)
 {
     if (folder.isEmpty() || !folder.startsWith(u'/'))

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QUrl>
 
 namespace brindar {
 
@@ -16,6 +17,10 @@ bool HasForbiddenCharacters(const QString& name);
 }  // namespace brindar
 
 namespace brindar {
+
+// The file:// address of a path. A name that is not UTF-8 keeps its bytes in it (%FF),
+// so the address still names the file.
+QUrl FileUrl(const QString& path);
 
 // The folder itself when it exists, else its nearest existing parent, else `fallback`
 // (the window opens there when the folder it remembers has gone).

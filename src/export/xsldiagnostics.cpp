@@ -251,11 +251,6 @@ DocumentBytes PrepareDocument(const QByteArray& bytes)
     return prepared;
 }
 
-QString FileUrl(const QString& path)
-{
-    return QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded());
-}
-
 QString SourceTexts::line(const QString& url, int line)
 {
     if (url.isEmpty() || line <= 0)

@@ -87,9 +87,6 @@ struct DocumentBytes {
 // exports declared ISO-8859-1 are read through our own Windows-1252 table.
 DocumentBytes PrepareDocument(const QByteArray& bytes);
 
-// The file URL libxml2 names a document by.
-QString FileUrl(const QString& path);
-
 // The texts of the documents of one transformation, by URL, for the "text:" of a message.
 class SourceTexts {
 public:

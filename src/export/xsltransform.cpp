@@ -3,6 +3,7 @@
 
 #include "core/atomicfile.h"
 #include "core/captionids.h"
+#include "core/paths.h"
 #include "export/xsldiagnostics.h"
 
 #include <libxml/parser.h>
@@ -101,7 +102,7 @@ std::variant<DocPtr, ErrorReport> LoadDocument(const QString& path, ErrorCapture
     file.close();
 
     const DocumentBytes prepared = PrepareDocument(bytes);
-    const QString url = FileUrl(path);
+    const QString url = QString::fromUtf8(FileUrl(path).toEncoded());
     sources.add(url, prepared.text);
     if (prepared.parserInput.size() > INT_MAX)
         return ErrorReport{QStringLiteral("I/O error"), QStringLiteral("The file is too large to be parsed"), 0, 0, {}};

@@ -3,6 +3,7 @@
 
 #include "core/session.h"
 #include "platform/folders.h"
+#include "platform/memory.h"
 #include "platform/signals.h"
 #include "platform/systeminfo.h"
 #include "ui/desktop.h"
@@ -19,6 +20,7 @@ bool WebdingsInstalled() { return QFontDatabase::families().contains(QStringLite
 
 int RunWindow(int& argc, char** argv, const QString& folder)
 {
+    LimitAllocatorArenas();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("brindar-pro"));
     QApplication::setApplicationDisplayName(QStringLiteral("Brindar Pro"));

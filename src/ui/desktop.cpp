@@ -1,7 +1,7 @@
 // Desktop services: the associated application, the plain-text editor, the trash.
 #include "ui/desktop.h"
 
-#include "platform/filenames.h"
+#include "core/paths.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
@@ -164,12 +164,6 @@ std::optional<QStringList> TextEditorCommand(const QString& path)
     if (const QString editor = qEnvironmentVariable("EDITOR"); !editor.isEmpty())
         return InTerminal(editor.split(u' ', Qt::SkipEmptyParts) << path);
     return std::nullopt;
-}
-
-QUrl FileUrl(const QString& path)
-{
-    // From the name's bytes, so a name that is not UTF-8 keeps them (%FF) in the address.
-    return QUrl::fromEncoded("file://" + EncodeFileName(path).toPercentEncoding("/"), QUrl::StrictMode);
 }
 
 std::optional<QString> Desktop::openFile(const QString& path)

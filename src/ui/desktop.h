@@ -32,9 +32,6 @@ protected:
     virtual bool startDetached(const QStringList& command);
 };
 
-// The file:// address of a path, from the bytes of its name.
-QUrl FileUrl(const QString& path);
-
 // The command that opens `path` in a text editor: the desktop's default application for
 // plain text (its mimeapps.list files and the applications' .desktop files, in the
 // freedesktop order), else $VISUAL, else $EDITOR in a terminal. Nothing when none is set.

@@ -1,6 +1,5 @@
 // The plain-text editor chosen from the desktop's settings, as a user of this desktop expects.
 #include "ui/desktop.h"
-#include "platform/filenames.h"
 
 #include "support/tempfolder.h"
 
@@ -66,24 +65,4 @@ TEST(Desktop, TheDefaultPlainTextApplicationThenTheEditorVariables)
     EXPECT_EQ(TextEditorCommand(file), (QStringList{u"vi"_s, u"-n"_s, file}));
     qputenv("VISUAL", "kate");
     EXPECT_EQ(TextEditorCommand(file), (QStringList{u"kate"_s, file}));
-}
-
-// Addresses of files for the desktop: the name's bytes, so a name that is not UTF-8 still
-// names its file.
-TEST(Desktop, FileAddressesKeepTheNameBytes)
-{
-    const struct {
-        QByteArray bytes;
-        const char* address;
-    } cases[] = {
-        {"/home/me/report.pdf", "file:///home/me/report.pdf"},
-        {"/home/me/My Docs/#1 100%.txt", "file:///home/me/My%20Docs/%231%20100%25.txt"},
-        {"/tmp/\xC3\xA9t\xC3\xA9.doc", "file:///tmp/%C3%A9t%C3%A9.doc"},
-        {"/tmp/caf\xE9.doc", "file:///tmp/caf%E9.doc"},
-    };
-    for (const auto& c : cases) {
-        const QString path = DecodeFileName(c.bytes);
-        EXPECT_EQ(FileUrl(path).toEncoded(), QByteArray(c.address)) << c.address;
-        EXPECT_TRUE(FileUrl(path).isLocalFile());
-    }
 }
