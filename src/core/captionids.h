@@ -61,6 +61,7 @@ inline constexpr CaptionId QtLocale{kMain, 123};  // the code of Qt's own transl
 inline constexpr CaptionId FolderCannotBeListed{kMain, 124};
 inline constexpr CaptionId CopyValue{kMain, 125};
 inline constexpr CaptionId SelectConditionsFile{kMain, 126};
+inline constexpr CaptionId CacheLocation{kMain, 127};  // "%1": the cache folder
 
 inline constexpr CaptionId DocumentColumn{CaptionSection::Metadata, 30};
 

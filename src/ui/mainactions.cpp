@@ -114,6 +114,7 @@ MainActions::MainActions(QMenuBar* menuBar, QObject* parent) : QObject(parent)
     for (const MenuInfo& info : kMenus) {
         QMenu* menu = menuBar->addMenu(QString());
         menu->setObjectName(QLatin1String(info.objectName));
+        menu->setToolTipsVisible(true);
         menus.insert(info.menu, menu);
         menus_.append({menu, info.caption});
     }

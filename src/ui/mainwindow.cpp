@@ -5,6 +5,7 @@
 #include "core/configurationfiles.h"
 #include "core/paths.h"
 #include "platform/filenames.h"
+#include "platform/folders.h"
 #include "reports/csvreport.h"
 #include "reports/docxreport.h"
 #include "reports/htmlreport.h"
@@ -242,6 +243,7 @@ void MainWindow::retranslate()
     automaticUpdate_->setText(Main(captions, 55));
     stop_->setText(Main(captions, 53));
     model_->setHeaderToolTip(Main(captions, 91));
+    actions_->action(WindowCommand::UseNTFSCache)->setToolTip(captions.text(caption::CacheLocation).arg(CacheFolder()));
     setWindowTitle(Main(captions, 73) + u' ' + folder_ + QStringLiteral(" - ") + QLatin1String(kProgramTitle));
     // Qt's own texts (standard buttons, file and colour dialogs) in the same language.
     QCoreApplication::removeTranslator(qtTranslator_);
@@ -534,6 +536,7 @@ void MainWindow::showPopup(int row, QPoint globalPos)
         grid_->selectRows({row});
     QMenu menu(this);
     menu.setObjectName(QStringLiteral("mnuPopup"));
+    menu.setToolTipsVisible(true);
     if (session_.configuration.contextuel) {
         menu.addSection(Main(session_.captions, 92) + u' ' + model_->grid().cell(row, 0));
         const auto metadata = RowMetadata(model_->grid(), row);

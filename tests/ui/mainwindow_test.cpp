@@ -138,6 +138,7 @@ TEST(MainWindow, EndToEnd)
     RecordingDesktop desktop;
     auto window = OpenWindow(prompter, desktop);
     EXPECT_EQ(window->folder(), sandbox.documents());
+    EXPECT_EQ(window->windowTitle(), u"Metadata of directory "_s + sandbox.documents() + u" - Brindar Pro"_s);
     EXPECT_EQ(Names(*window).size(), 6);
 
     // Pages sorts as numbers, Title as text, and the selection follows its file.
@@ -347,6 +348,17 @@ TEST(MainWindow, ReportCommands)
     EXPECT_FALSE(ReadFile(list).contains(sandbox.documents().toUtf8()));
     window->findChild<QPushButton*>(u"cmdRetirerEnsemble"_s)->click();
     EXPECT_EQ(prompter.calls.back().text, u"Directory not in list");
+
+    // A report that cannot be written is said with the reason; the buttons come back and
+    // nothing else of the folder goes.
+    QDir().mkpath(sandbox.documents() + u"/Brindar.html"_s);
+    window->run(WindowCommand::HtmlReport);
+    EXPECT_TRUE(prompter.calls.back().text.startsWith(u"Unable to write the report:\r\n"_s))
+        << prompter.calls.back().text.toStdString();
+    EXPECT_TRUE(window->findChild<QPushButton*>(u"cmdHTML"_s)->isEnabled());
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(QDir(sandbox.documents()).entryList(QDir::Files).size(), 8);  // 6 documents, the CSV and Word reports
+    QDir().rmdir(sandbox.documents() + u"/Brindar.html"_s);
 
     // A folder without files: every report says so and writes nothing.
     QDir().mkpath(sandbox.folder.file(u"empty"_s));
