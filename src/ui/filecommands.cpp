@@ -8,6 +8,11 @@
 #include "ui/prompter.h"
 #include "ui/propertiesdialog.h"
 
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMenu>
+
 namespace brindar {
 namespace {
 
@@ -121,6 +126,22 @@ QString RowsAsText(const GridModel& grid, const QList<int>& rows)
         lines << cells.join(u'\t');
     }
     return lines.join(u'\n') + (lines.isEmpty() ? QString() : QStringLiteral("\n"));
+}
+
+void AddMetadataEntries(QMenu& menu, const GridModel& grid, int row, const Captions& captions)
+{
+    menu.addSection(Main(captions, 92) + u' ' + grid.cell(row, 0));
+    const auto metadata = RowMetadata(grid, row);
+    if (metadata.isEmpty())
+        menu.addAction(Main(captions, 77))->setEnabled(false);
+    for (const auto& [caption, value] : metadata) {
+        QString text = caption.trimmed() + QStringLiteral(": ") + value;
+        text.replace(u'\n', u' ').replace(u'\r', u' ').replace(u'&', QStringLiteral("&&"));
+        QAction* entry = menu.addAction(text.size() > 120 ? text.left(117) + QStringLiteral("...") : text);
+        entry->setToolTip(captions.text(caption::CopyValue));
+        QObject::connect(entry, &QAction::triggered, [value] { QGuiApplication::clipboard()->setText(value); });
+    }
+    menu.addSeparator();
 }
 
 QList<std::pair<QString, QString>> RowMetadata(const GridModel& grid, int row)

@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <optional>
 
+class QMenu;
 class QWidget;
 
 namespace brindar {
@@ -50,5 +51,8 @@ QString RowsAsText(const GridModel& grid, const QList<int>& rows);
 // (caption, value) of the row's non-empty cells but the name: the popup menu and the
 // properties dialog.
 QList<std::pair<QString, QString>> RowMetadata(const GridModel& grid, int row);
+// The popup's entries of one row: "Metadata of <name>", then "caption: value" for each
+// value (choosing one copies the value), or "No metadata".
+void AddMetadataEntries(QMenu& menu, const GridModel& grid, int row, const Captions& captions);
 
 }  // namespace brindar

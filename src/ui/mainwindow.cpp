@@ -243,13 +243,19 @@ void MainWindow::retranslate()
     automaticUpdate_->setText(Main(captions, 55));
     stop_->setText(Main(captions, 53));
     model_->setHeaderToolTip(Main(captions, 91));
+    updateTitle();
     actions_->action(WindowCommand::UseNTFSCache)->setToolTip(captions.text(caption::CacheLocation).arg(CacheFolder()));
-    setWindowTitle(Main(captions, 73) + u' ' + folder_ + QStringLiteral(" - ") + QLatin1String(kProgramTitle));
     // Qt's own texts (standard buttons, file and colour dialogs) in the same language.
     QCoreApplication::removeTranslator(qtTranslator_);
     if (qtTranslator_->load(QStringLiteral("qtbase_") + captions.text(caption::QtLocale),
                             QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(qtTranslator_);
+}
+
+void MainWindow::updateTitle()
+{
+    setWindowTitle(Main(session_.captions, 73) + u' ' + folder_ + QStringLiteral(" - ") +
+                   QLatin1String(kProgramTitle));
 }
 
 void MainWindow::start(const QString& folder)
@@ -282,7 +288,7 @@ void MainWindow::showFolder(const QString& folder, bool rescan)
     folder_ = folder;
     panel_->showFolder(folder);
     path_->setText(folder);
-    retranslate();
+    updateTitle();
     // The folder shown is the one the next start opens.
     if (session_.configuration.repertoire != folder)
         save(SettingsChange().set(key::Repertoire, folder));
@@ -537,20 +543,8 @@ void MainWindow::showPopup(int row, QPoint globalPos)
     QMenu menu(this);
     menu.setObjectName(QStringLiteral("mnuPopup"));
     menu.setToolTipsVisible(true);
-    if (session_.configuration.contextuel) {
-        menu.addSection(Main(session_.captions, 92) + u' ' + model_->grid().cell(row, 0));
-        const auto metadata = RowMetadata(model_->grid(), row);
-        if (metadata.isEmpty())
-            menu.addAction(Main(session_.captions, 77))->setEnabled(false);
-        for (const auto& [caption, value] : metadata) {
-            QString text = caption.trimmed() + QStringLiteral(": ") + value;
-            text.replace(u'\n', u' ').replace(u'\r', u' ').replace(u'&', QStringLiteral("&&"));
-            QAction* entry = menu.addAction(text.size() > 120 ? text.left(117) + QStringLiteral("...") : text);
-            entry->setToolTip(session_.captions.text(caption::CopyValue));
-            connect(entry, &QAction::triggered, this, [value] { QGuiApplication::clipboard()->setText(value); });
-        }
-        menu.addSeparator();
-    }
+    if (session_.configuration.contextuel)
+        AddMetadataEntries(menu, model_->grid(), row, session_.captions);
     for (WindowCommand command : {WindowCommand::Open, WindowCommand::OpenWithEditor, WindowCommand::Properties, WindowCommand::Rename,
                             WindowCommand::Delete, WindowCommand::Copy})
         menu.addAction(actions_->action(command));

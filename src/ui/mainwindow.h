@@ -65,6 +65,7 @@ private:
     void buildLayout();
     void connectSignals();
     void retranslate();
+    void updateTitle();
     void applyConfiguration();
     void resetGrid();
     void onRows(const QList<GridRow>& rows);
