@@ -139,7 +139,7 @@ void AddMetadataEntries(QMenu& menu, const GridModel& grid, int row, const Capti
         text.replace(u'\n', u' ').replace(u'\r', u' ').replace(u'&', QStringLiteral("&&"));
         QAction* entry = menu.addAction(text.size() > 120 ? text.left(117) + QStringLiteral("...") : text);
         entry->setToolTip(captions.text(caption::CopyValue));
-        QObject::connect(entry, &QAction::triggered, [value] { QGuiApplication::clipboard()->setText(value); });
+        QObject::connect(entry, &QAction::triggered, [copied = value] { QGuiApplication::clipboard()->setText(copied); });
     }
     menu.addSeparator();
 }

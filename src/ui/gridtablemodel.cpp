@@ -138,7 +138,7 @@ void GridTableModel::replaceRow(int row, GridRow replacement)
     emit dataChanged(index(row, 0), index(row, grid_.columnCount() - 1));
 }
 
-void GridTableModel::removeRows(const QList<int>& rows)
+void GridTableModel::removeGridRows(const QList<int>& rows)
 {
     beginResetModel();
     grid_.removeRows(rows);

@@ -31,7 +31,7 @@ public:
     // After a scan: the configuration's saved sort.
     void applySavedSort();
     void replaceRow(int row, GridRow replacement);
-    void removeRows(const QList<int>& rows);  // grid positions
+    void removeGridRows(const QList<int>& rows);  // grid positions
     void setWidth(int column, int width);
     void setDisplayEmptyColumns(bool display);
 
