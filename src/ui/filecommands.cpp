@@ -26,7 +26,9 @@ QString Main(const Captions& captions, int number) { return captions.text(Captio
 
 QString NamesMessage(const Captions& captions, const QString& heading, const QStringList& names, int shown)
 {
-    QStringList lines{heading};
+    QStringList lines;
+    if (!heading.isEmpty())
+        lines << heading;
     lines += names.mid(0, shown);
     if (names.size() > shown)
         lines << captions.text(caption::AndMore).arg(names.size() - shown);

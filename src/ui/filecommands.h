@@ -41,8 +41,8 @@ std::optional<QString> RenameFile(const FileCommandContext& context, const QStri
 // Returns true when the user confirmed (the folder changed or may have).
 bool DeleteFiles(const FileCommandContext& context, const QStringList& names);
 
-// The message that lists names: `heading`, then up to `shown` names one per line, then
-// "... and N more".
+// The message that lists names: `heading` (when there is one), then up to `shown` names
+// one per line, then "... and N more".
 QString NamesMessage(const Captions& captions, const QString& heading, const QStringList& names, int shown);
 
 // The rows as text for the clipboard: the shown columns' cells, tab-separated, one line

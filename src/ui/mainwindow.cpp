@@ -342,7 +342,7 @@ void MainWindow::onScanFinished(const ScanResult& result)
     }
     if (!result.messages.isEmpty())
         prompter_.message(this, Prompter::Icon::Exclamation,
-                          NamesMessage(session_.captions, QString(), result.messages, kReadErrorsShown).mid(2));
+                          NamesMessage(session_.captions, QString(), result.messages, kReadErrorsShown));
     emit scanFinished();
 }
 
@@ -750,7 +750,7 @@ void MainWindow::buildReportsList()
             status_->setText(outcome->stopped ? Main(session_.captions, 75) : QString());
             if (!errors->isEmpty())
                 prompter_.message(this, Prompter::Icon::Exclamation,
-                                  NamesMessage(session_.captions, QString(), *errors, kReadErrorsShown).mid(2));
+                                  NamesMessage(session_.captions, QString(), *errors, kReadErrorsShown));
             ShowReportOutcome({this, prompter_, desktop_, session_.captions, folder_}, *outcome, true,
                               session_.captions.text(caption::UnableToOpenFile));
             emit workFinished();
