@@ -65,6 +65,8 @@ inline constexpr CaptionId CacheLocation{kMain, 127};  // "%1": the cache folder
 
 inline constexpr CaptionId DocumentColumn{CaptionSection::Metadata, 30};
 
+inline constexpr CaptionId TypeAnExtension{CaptionSection::Select, 18};
+
 inline constexpr CaptionId PleaseTypeAPath{CaptionSection::Hypertext, 11};
 inline constexpr CaptionId PathAlreadyDefined{CaptionSection::Hypertext, 12};
 inline constexpr CaptionId PathNotDefined{CaptionSection::Hypertext, 13};

@@ -3,6 +3,7 @@
 
 #include "core/captionids.h"
 #include "core/fieldtable.h"
+#include "core/fileselection.h"
 #include "core/paths.h"
 #include "core/valuetext.h"
 #include "platform/fileinfo.h"
@@ -69,7 +70,7 @@ private:
 
 bool Gate(const Configuration& c, bool familySwitch)
 {
-    return c.inclureTout || c.inclureExtensions || familySwitch;
+    return GathersFamily(c.inclureTout, c.inclureExtensions, familySwitch);
 }
 
 // The extension filter, a plain substring test on the comma-separated lists: with the

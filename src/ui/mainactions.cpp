@@ -55,7 +55,7 @@ constexpr CommandInfo kCommands[] = {
     {WindowCommand::SelectConditions, Menu::Configuration, caption::SelectConditionsFile.number, "mnuSelectConditions", "",
      kPlain},
     {WindowCommand::DisplayedMetadata, Menu::Configuration, 12, "mnuDisplayedMetadata", "", kLater | kSeparatorBefore},
-    {WindowCommand::DisplayedFiles, Menu::Configuration, 13, "mnuDisplayedFiles", "", kLater},
+    {WindowCommand::DisplayedFiles, Menu::Configuration, 13, "mnuDisplayedFiles", "", kPlain},
     {WindowCommand::Surligner, Menu::Options, 15, "mnuSurligner", "", kCheckable},
     {WindowCommand::SurlignerProprietesPersonnelles, Menu::Options, 16, "mnuSurlignerPerso", "", kCheckable},
     {WindowCommand::HighlightColour, Menu::Options, 17, "mnuCouleur", "", kPlain},
@@ -106,6 +106,22 @@ const QList<OptionSwitch>& OptionSwitches()
         {WindowCommand::UseNTFSCache, key::UseNTFSCache, &C::useNtfsCache},
     };
     return switches;
+}
+
+std::optional<QString> WriteKeepingSwitches(Session& session, const SettingsChange& change)
+{
+    std::vector<std::pair<const OptionSwitch*, bool>> kept;
+    for (const OptionSwitch& option : OptionSwitches())
+        kept.emplace_back(&option, session.configuration.*option.value);
+    const auto error = session.write(change);
+    for (const auto& [option, value] : kept)
+        session.configuration.*option->value = value;
+    for (const SettingsChange::Entry& entry : change.entries())
+        if (entry.file == SettingsFile::Configuration && entry.section == u"Configuration")
+            for (const OptionSwitch& option : OptionSwitches())
+                if (entry.key == option.key.keyName())
+                    session.configuration.*option.value = entry.value == u"1";
+    return error;
 }
 
 MainActions::MainActions(QMenuBar* menuBar, QObject* parent) : QObject(parent)

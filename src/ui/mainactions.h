@@ -5,12 +5,14 @@
 
 #include "core/configuration.h"
 #include "core/language.h"
+#include "core/session.h"
 #include "core/settings.h"
 
 #include <QHash>
 #include <QList>
 #include <QObject>
 #include <QString>
+#include <optional>
 
 class QAction;
 class QActionGroup;
@@ -38,6 +40,11 @@ struct OptionSwitch {
     bool Configuration::*value;
 };
 const QList<OptionSwitch>& OptionSwitches();
+
+// Writes `change` with the session. The menu's switches are the truth while the window
+// runs: a stored "0" of a switch the loader cannot turn off must not come back with the
+// read that follows the write. Returns the reason when the settings cannot be saved.
+std::optional<QString> WriteKeepingSwitches(Session& session, const SettingsChange& change);
 
 class MainActions final : public QObject {
     Q_OBJECT

@@ -13,6 +13,7 @@
 #include "ui/configurationdialog.h"
 #include "ui/desktop.h"
 #include "ui/filecommands.h"
+#include "ui/fileselectiondialog.h"
 #include "ui/folderpanel.h"
 #include "ui/gridtablemodel.h"
 #include "ui/gridview.h"
@@ -375,19 +376,7 @@ void MainWindow::setBusy(bool busy, const QString& status)
 // said once, and the window goes on with the change in memory.
 void MainWindow::save(const SettingsChange& change)
 {
-    // The menu's switches are the truth while the window runs: a stored "0" of a switch
-    // the loader cannot turn off must not come back with the next read.
-    std::vector<std::pair<const OptionSwitch*, bool>> kept;
-    for (const OptionSwitch& option : OptionSwitches())
-        kept.emplace_back(&option, session_.configuration.*option.value);
-    const auto error = session_.write(change);
-    for (const auto& [option, value] : kept)
-        session_.configuration.*option->value = value;
-    for (const SettingsChange::Entry& entry : change.entries())
-        if (entry.file == SettingsFile::Configuration && entry.section == u"Configuration")
-            for (const OptionSwitch& option : OptionSwitches())
-                if (entry.key == option.key.keyName())
-                    session_.configuration.*option.value = entry.value == u"1";
+    const auto error = WriteKeepingSwitches(session_, change);
     if (error && !settingsErrorShown_) {
         settingsErrorShown_ = true;
         prompter_.message(this, Prompter::Icon::Exclamation, *error);
@@ -607,6 +596,14 @@ void MainWindow::run(WindowCommand command)
     case WindowCommand::SelectConditions:
         configurationDialog(command);
         break;
+    case WindowCommand::DisplayedFiles: {
+        FileSelectionDialog dialog(FileSelectionOf(session_.configuration), session_.captions, prompter_, this);
+        if (prompter_.exec(dialog) == QDialog::Accepted) {
+            save(FileSelectionChange(dialog.selection()));
+            showFolder(folder_, true);  // the cache's name covers neither filters nor families
+        }
+        break;
+    }
     case WindowCommand::Surligner:
     case WindowCommand::SurlignerProprietesPersonnelles:
     case WindowCommand::ToolTips:
