@@ -76,7 +76,7 @@ constexpr CommandInfo kCommands[] = {
     {WindowCommand::CsvReport, Menu::Reports, 34, "mnuCSV", "", kReport},
     {WindowCommand::WordReport, Menu::Reports, 35, "mnuWord", "", kReport},
     {WindowCommand::HtmlOptions, Menu::Reports, 36, "mnuOptionsHTML", "", kLater | kSeparatorBefore},
-    {WindowCommand::ColumnOrder, Menu::Reports, 37, "mnuColonnesHTML", "", kLater},
+    {WindowCommand::ColumnOrder, Menu::Reports, 37, "mnuColonnesHTML", "", kPlain},
     {WindowCommand::Hypertext, Menu::Reports, 38, "mnuHypertext", "", kLater},
     {WindowCommand::AddDirectory, Menu::Reports, 39, "mnuAjouterEnsemble", "", kReport | kSeparatorBefore},
     {WindowCommand::RemoveDirectory, Menu::Reports, 40, "mnuRetirerEnsemble", "", kReport},

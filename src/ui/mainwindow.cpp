@@ -2,6 +2,7 @@
 #include "ui/mainwindow.h"
 
 #include "core/captionids.h"
+#include "core/columnorder.h"
 #include "core/configurationfiles.h"
 #include "core/paths.h"
 #include "platform/filenames.h"
@@ -13,13 +14,13 @@
 #include "ui/configurationdialog.h"
 #include "ui/desktop.h"
 #include "ui/filecommands.h"
-#include "ui/fileselectiondialog.h"
 #include "ui/folderpanel.h"
 #include "ui/gridtablemodel.h"
 #include "ui/gridview.h"
 #include "ui/prompter.h"
 #include "ui/reportcommands.h"
 #include "ui/scanrunner.h"
+#include "ui/settingscommands.h"
 #include "ui/windowplacement.h"
 #include "version.h"
 
@@ -410,12 +411,6 @@ void MainWindow::setOption(WindowCommand command, bool on)
     }
 }
 
-void MainWindow::setLines(int lines)
-{
-    save(SettingsChange().setNumber(key::LignesTexte, lines));
-    grid_->setLinesPerRow(lines);
-}
-
 void MainWindow::setFullGrid(bool full)
 {
     panel_->setVisible(!full);
@@ -474,6 +469,19 @@ void MainWindow::configurationDialog(WindowCommand command)
         break;
     }
     configurationChanged();
+}
+
+void MainWindow::settingsDialog(WindowCommand command)
+{
+    const bool files = command == WindowCommand::DisplayedFiles;
+    const auto change = files ? AskFileSelection(this, prompter_, session_) : AskColumnOrder(this, prompter_, session_);
+    if (!change)
+        return;
+    save(*change);
+    if (files)
+        showFolder(folder_, true);  // the cache's name covers neither filters nor families
+    else
+        session_.columns.htmlOrder = ReadColumnOrder(session_.configurationFile, int(session_.columns.columns.size()));
 }
 
 void MainWindow::configurationChanged()
@@ -596,14 +604,10 @@ void MainWindow::run(WindowCommand command)
     case WindowCommand::SelectConditions:
         configurationDialog(command);
         break;
-    case WindowCommand::DisplayedFiles: {
-        FileSelectionDialog dialog(FileSelectionOf(session_.configuration), session_.captions, prompter_, this);
-        if (prompter_.exec(dialog) == QDialog::Accepted) {
-            save(FileSelectionChange(dialog.selection()));
-            showFolder(folder_, true);  // the cache's name covers neither filters nor families
-        }
+    case WindowCommand::DisplayedFiles:
+    case WindowCommand::ColumnOrder:
+        settingsDialog(command);
         break;
-    }
     case WindowCommand::Surligner:
     case WindowCommand::SurlignerProprietesPersonnelles:
     case WindowCommand::ToolTips:
@@ -622,7 +626,8 @@ void MainWindow::run(WindowCommand command)
     case WindowCommand::Lines3:
     case WindowCommand::Lines4:
     case WindowCommand::Lines5:
-        setLines(int(command) - int(WindowCommand::Lines1) + 1);
+        save(SettingsChange().setNumber(key::LignesTexte, int(command) - int(WindowCommand::Lines1) + 1));
+        grid_->setLinesPerRow(int(command) - int(WindowCommand::Lines1) + 1);
         break;
     case WindowCommand::FullGrid:
     case WindowCommand::GridAndButtons:

@@ -75,12 +75,12 @@ private:
     void setBusy(bool busy, const QString& status = {});
     void save(const SettingsChange& change);
     void setOption(WindowCommand command, bool on);
-    void setLines(int lines);
     void setFullGrid(bool full);
     void chooseColour();
     void chooseLanguage(const QString& name);
     void configurationDialog(WindowCommand command);
     void configurationChanged();
+    void settingsDialog(WindowCommand command);
     QStringList selectedNames() const;
     void fileCommand(WindowCommand command);
     void showPopup(int row, QPoint globalPos);

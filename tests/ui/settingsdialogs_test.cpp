@@ -14,6 +14,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QSignalSpy>
 
@@ -110,4 +111,59 @@ TEST(SettingsDialogs, DisplayedFiles)
     // The rescan shows the files the new settings select: no hidden file now.
     ASSERT_TRUE(rescanned.wait(20000));
     EXPECT_EQ(window.model().grid().rowCount(), 2);
+}
+
+TEST(SettingsDialogs, ColumnOrder)
+{
+    Sandbox sandbox;
+    sandbox.folder.write(u"settings/Brindar.ini"_s, "[Configuration]\r\nRepertoire=" +
+                                                        sandbox.folder.file(u"documents"_s).toUtf8() +
+                                                        "\r\n[Proprietes]\r\nTitre=1\r\nAuteur=1\r\n");
+    ScriptedPrompter prompter;
+    RecordingDesktop desktop;
+    MainWindow window(StartSession(SettingsFolder(), DataFolder(), CurrentSystem()), prompter, desktop, false);
+    QSignalSpy scanned(&window, &MainWindow::scanFinished);
+    window.start();
+    ASSERT_TRUE(scanned.wait(20000));
+    ASSERT_EQ(window.session().columns.columns.size(), 3);  // Document, Title, Author
+
+    const auto items = [](QDialog& dialog) {
+        auto* list = Child<QListWidget>(dialog, "lstColonnes");
+        QStringList texts;
+        for (int row = 0; row < list->count(); ++row)
+            texts << list->item(row)->text();
+        return texts.join(u',');
+    };
+    QStringList seen;
+    prompter.onExec = [&](QDialog& dialog) {
+        auto* list = Child<QListWidget>(dialog, "lstColonnes");
+        auto* up = Child<QPushButton>(dialog, "cmdMonter");
+        auto* down = Child<QPushButton>(dialog, "cmdDescendre");
+        seen << u"%1%2 %3"_s.arg(up->isEnabled()).arg(down->isEnabled()).arg(Child<QLabel>(dialog, "lblPosition")->text());
+        list->setCurrentRow(2);
+        seen << u"%1%2 %3"_s.arg(up->isEnabled()).arg(down->isEnabled()).arg(Child<QLabel>(dialog, "lblPosition")->text());
+        up->click();
+        up->click();
+        seen << items(dialog);
+        Child<QPushButton>(dialog, "cmdSupprimerOrdre")->click();  // answered No
+        seen << items(dialog);
+        Child<QPushButton>(dialog, "cmdOK")->click();
+        return dialog.result();
+    };
+    window.run(WindowCommand::ColumnOrder);
+    EXPECT_EQ(seen, (QStringList{u"01  #1/3"_s, u"10  #3/3"_s, u"Author,Document,Title"_s, u"Author,Document,Title"_s}));
+    const QByteArray written = sandbox.configuration();
+    EXPECT_TRUE(written.contains("[Columns]\r\nNbColumns=3\r\n1=3\r\n2=1\r\n3=2\r\n")) << written.toStdString();
+    EXPECT_EQ(window.session().columns.htmlOrder, (QList<int>{2, 0, 1}));
+
+    // Reset, confirmed: the grid's order again.
+    prompter.questions.push_back(true);
+    prompter.onExec = [&](QDialog& dialog) {
+        Child<QPushButton>(dialog, "cmdSupprimerOrdre")->click();
+        Child<QPushButton>(dialog, "cmdOK")->click();
+        return dialog.result();
+    };
+    window.run(WindowCommand::ColumnOrder);
+    EXPECT_EQ(window.session().columns.htmlOrder, (QList<int>{0, 1, 2}));
+    EXPECT_TRUE(sandbox.configuration().contains("NbColumns=3\r\n1=1\r\n2=2\r\n3=3\r\n"));
 }

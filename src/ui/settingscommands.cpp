@@ -1,0 +1,31 @@
+// The settings dialogs as questions.
+#include "ui/settingscommands.h"
+
+#include "core/columnorder.h"
+#include "core/fileselection.h"
+#include "ui/columnorderdialog.h"
+#include "ui/fileselectiondialog.h"
+#include "ui/prompter.h"
+
+namespace brindar {
+
+std::optional<SettingsChange> AskFileSelection(QWidget* parent, Prompter& prompter, const Session& session)
+{
+    FileSelectionDialog dialog(FileSelectionOf(session.configuration), session.captions, prompter, parent);
+    if (prompter.exec(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return FileSelectionChange(dialog.selection());
+}
+
+std::optional<SettingsChange> AskColumnOrder(QWidget* parent, Prompter& prompter, const Session& session)
+{
+    QStringList headers;
+    for (const Column& column : session.columns.columns)
+        headers << column.header;
+    ColumnOrderDialog dialog(headers, session.columns.htmlOrder, session.captions, prompter, parent);
+    if (prompter.exec(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return ColumnOrderChange(dialog.order());
+}
+
+}  // namespace brindar

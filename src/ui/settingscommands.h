@@ -1,0 +1,21 @@
+// The settings dialogs as questions: each opens its dialog through the Prompter and
+// returns the keys to write when it is confirmed.
+#pragma once
+
+#include "core/session.h"
+#include "core/settings.h"
+
+#include <optional>
+
+class QWidget;
+
+namespace brindar {
+
+class Prompter;
+
+// The displayed-files dialog: the eleven keys of the file selection.
+std::optional<SettingsChange> AskFileSelection(QWidget* parent, Prompter& prompter, const Session& session);
+// The order of the columns in reports: "NbColumns" and the positions.
+std::optional<SettingsChange> AskColumnOrder(QWidget* parent, Prompter& prompter, const Session& session);
+
+}  // namespace brindar
