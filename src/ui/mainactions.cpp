@@ -77,7 +77,7 @@ constexpr CommandInfo kCommands[] = {
     {WindowCommand::WordReport, Menu::Reports, 35, "mnuWord", "", kReport},
     {WindowCommand::HtmlOptions, Menu::Reports, 36, "mnuOptionsHTML", "", kLater | kSeparatorBefore},
     {WindowCommand::ColumnOrder, Menu::Reports, 37, "mnuColonnesHTML", "", kPlain},
-    {WindowCommand::Hypertext, Menu::Reports, 38, "mnuHypertext", "", kLater},
+    {WindowCommand::Hypertext, Menu::Reports, 38, "mnuHypertext", "", kPlain},
     {WindowCommand::AddDirectory, Menu::Reports, 39, "mnuAjouterEnsemble", "", kReport | kSeparatorBefore},
     {WindowCommand::RemoveDirectory, Menu::Reports, 40, "mnuRetirerEnsemble", "", kReport},
     {WindowCommand::EditReportsList, Menu::Reports, 41, "mnuEnsembleTableaux", "", kLater},

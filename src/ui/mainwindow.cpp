@@ -608,6 +608,9 @@ void MainWindow::run(WindowCommand command)
     case WindowCommand::ColumnOrder:
         settingsDialog(command);
         break;
+    case WindowCommand::Hypertext:
+        EditSubstitutions(this, prompter_, session_);
+        break;
     case WindowCommand::Surligner:
     case WindowCommand::SurlignerProprietesPersonnelles:
     case WindowCommand::ToolTips:

@@ -2,10 +2,12 @@
 #include "ui/settingscommands.h"
 
 #include "core/columnorder.h"
+#include "core/configurationfiles.h"
 #include "core/fileselection.h"
 #include "ui/columnorderdialog.h"
 #include "ui/fileselectiondialog.h"
 #include "ui/prompter.h"
+#include "ui/substitutionsdialog.h"
 
 namespace brindar {
 
@@ -26,6 +28,13 @@ std::optional<SettingsChange> AskColumnOrder(QWidget* parent, Prompter& prompter
     if (prompter.exec(dialog) != QDialog::Accepted)
         return std::nullopt;
     return ColumnOrderChange(dialog.order());
+}
+
+void EditSubstitutions(QWidget* parent, Prompter& prompter, const Session& session)
+{
+    SubstitutionsDialog dialog(SubstitutionsPath(session.settingsFolder, session.chooser.nom), session.captions,
+                               prompter, parent);
+    prompter.exec(dialog);
 }
 
 }  // namespace brindar

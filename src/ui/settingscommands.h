@@ -18,4 +18,8 @@ std::optional<SettingsChange> AskFileSelection(QWidget* parent, Prompter& prompt
 // The order of the columns in reports: "NbColumns" and the positions.
 std::optional<SettingsChange> AskColumnOrder(QWidget* parent, Prompter& prompter, const Session& session);
 
+// The hyperlink path substitutions, saved to the configuration's ".pat" file when
+// confirmed (the reports read that file each time).
+void EditSubstitutions(QWidget* parent, Prompter& prompter, const Session& session);
+
 }  // namespace brindar

@@ -17,6 +17,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTableWidget>
 
 #include <gtest/gtest.h>
 
@@ -166,4 +167,65 @@ TEST(SettingsDialogs, ColumnOrder)
     window.run(WindowCommand::ColumnOrder);
     EXPECT_EQ(window.session().columns.htmlOrder, (QList<int>{0, 1, 2}));
     EXPECT_TRUE(sandbox.configuration().contains("NbColumns=3\r\n1=1\r\n2=2\r\n3=3\r\n"));
+}
+
+TEST(SettingsDialogs, HyperlinkSubstitutions)
+{
+    Sandbox sandbox;
+    sandbox.folder.write(u"settings/Brindar.pat"_s, "\"/home/me/Docs\",\"http://intranet/docs\"\r\n");
+    ScriptedPrompter prompter;
+    RecordingDesktop desktop;
+    MainWindow window(StartSession(SettingsFolder(), DataFolder(), CurrentSystem()), prompter, desktop, false);
+
+    QStringList seen;
+    prompter.onExec = [&](QDialog& dialog) {
+        auto* grid = Child<QTableWidget>(dialog, "gridPaths");
+        auto* path = Child<QLineEdit>(dialog, "txtChemin");
+        auto* replacement = Child<QLineEdit>(dialog, "txtRemplacement");
+        const auto rows = [grid] {
+            QStringList texts;
+            for (int row = 0; row < grid->rowCount(); ++row)
+                texts << grid->item(row, 0)->text() + u'=' + grid->item(row, 1)->text();
+            return texts.join(u';');
+        };
+        seen << path->text();  // the selected row fills the fields
+        path->clear();
+        Child<QPushButton>(dialog, "cmdAjouter")->click();
+        path->setText(u"/home/me/docs"_s);
+        Child<QPushButton>(dialog, "cmdAjouter")->click();
+        path->setText(u"/srv/archive"_s);
+        Child<QPushButton>(dialog, "cmdModifier")->click();
+        replacement->setText(u"http://archive"_s);
+        Child<QPushButton>(dialog, "cmdAjouter")->click();
+        seen << rows();
+        seen << u"%1%2"_s.arg(Child<QPushButton>(dialog, "cmdMonter")->isEnabled())
+                    .arg(Child<QPushButton>(dialog, "cmdDescendre")->isEnabled());
+        Child<QPushButton>(dialog, "cmdMonter")->click();
+        path->setText(u"/home/me/Docs"_s);
+        replacement->setText(u"https://intranet/docs"_s);
+        Child<QPushButton>(dialog, "cmdModifier")->click();
+        seen << rows();
+        Child<QPushButton>(dialog, "cmdOK")->click();
+        return dialog.result();
+    };
+    window.run(WindowCommand::Hypertext);
+    QStringList messages;
+    for (const auto& call : prompter.calls)
+        if (call.kind == u"message")
+            messages << call.text;
+    EXPECT_EQ(messages, (QStringList{u"Please type a path"_s, u"Path already defined"_s, u"Path not defined"_s}));
+    EXPECT_EQ(seen, (QStringList{u"/home/me/Docs"_s,
+                                 u"/home/me/Docs=http://intranet/docs;/srv/archive=http://archive"_s, u"10"_s,
+                                 u"/srv/archive=http://archive;/home/me/Docs=https://intranet/docs"_s}));
+    EXPECT_EQ(sandbox.folder.read(u"settings/Brindar.pat"_s),
+              "\"/srv/archive\",\"http://archive\"\r\n\"/home/me/Docs\",\"https://intranet/docs\"\r\n");
+
+    // Cancel leaves the file as it was.
+    prompter.onExec = [](QDialog& dialog) {
+        Child<QPushButton>(dialog, "cmdSupprimerTout")->click();
+        Child<QPushButton>(dialog, "cmdAnnuler")->click();
+        return dialog.result();
+    };
+    window.run(WindowCommand::Hypertext);
+    EXPECT_TRUE(sandbox.folder.read(u"settings/Brindar.pat"_s).startsWith("\"/srv/archive\""));
 }
