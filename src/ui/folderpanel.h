@@ -9,15 +9,13 @@
 #include <QList>
 #include <QWidget>
 
-class QComboBox;
-class QFileSystemModel;
 class QLabel;
 class QListWidget;
 class QPushButton;
-class QTimer;
-class QTreeView;
 
 namespace brindar {
+
+class FolderPicker;
 
 class FolderPanel final : public QWidget {
     Q_OBJECT
@@ -29,8 +27,6 @@ public:
     void showFolder(const QString& folder);
     void setReportsList(const ReportsList& list);
     void setReportsEnabled(bool enabled);
-    // The volumes again (a disk plugged in since).
-    void reloadVolumes();
 
 signals:
     // A folder chosen in the tree (after a short pause, so that browsing with the keyboard
@@ -39,21 +35,11 @@ signals:
     void commandTriggered(brindar::WindowCommand command);
 
 private:
-    void chooseVolume(int index);
-    void selectShownFolder();
-
-    QLabel* driveLabel_;
-    QComboBox* drives_;
-    QLabel* folderLabel_;
-    QTreeView* tree_;
-    QFileSystemModel* folders_;
-    QTimer* pause_;
+    FolderPicker* picker_;
     QList<std::pair<QPushButton*, int>> buttons_;  // button, [Main] caption
     QList<QPushButton*> reportButtons_;
     QLabel* listLabel_;
     QListWidget* reports_;
-    QString shownFolder_;
-    bool showing_ = false;
 };
 
 }  // namespace brindar
