@@ -80,7 +80,7 @@ constexpr CommandInfo kCommands[] = {
     {WindowCommand::Hypertext, Menu::Reports, 38, "mnuHypertext", "", kPlain},
     {WindowCommand::AddDirectory, Menu::Reports, 39, "mnuAjouterEnsemble", "", kReport | kSeparatorBefore},
     {WindowCommand::RemoveDirectory, Menu::Reports, 40, "mnuRetirerEnsemble", "", kReport},
-    {WindowCommand::EditReportsList, Menu::Reports, 41, "mnuEnsembleTableaux", "", kLater},
+    {WindowCommand::EditReportsList, Menu::Reports, 41, "mnuEnsembleTableaux", "", kPlain},
     {WindowCommand::BuildReportsList, Menu::Reports, 46, "mnuHTMLEnsemble", "", kReport},
     {WindowCommand::ReportsListFolder, Menu::Reports, 47, "mnuPathListeTableaux", "", kReport},
     {WindowCommand::XmlExport, Menu::Reports, 48, "mnuExportXML", "", kLater | kSeparatorBefore},

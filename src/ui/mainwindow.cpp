@@ -473,14 +473,23 @@ void MainWindow::configurationDialog(WindowCommand command)
 
 void MainWindow::settingsDialog(WindowCommand command)
 {
-    const bool files = command == WindowCommand::DisplayedFiles;
-    const auto change = files ? AskFileSelection(this, prompter_, session_) : AskColumnOrder(this, prompter_, session_);
+    if (command == WindowCommand::EditReportsList) {
+        if (const auto edit = EditReportsList(this, prompter_, session_, folder_)) {
+            panel_->setReportsList(edit->list);
+            if (!edit->goTo.isEmpty() && IsDirectory(edit->goTo))
+                showFolder(edit->goTo);
+        }
+        return;
+    }
+    const auto change = command == WindowCommand::DisplayedFiles ? AskFileSelection(this, prompter_, session_)
+                        : command == WindowCommand::ColumnOrder  ? AskColumnOrder(this, prompter_, session_)
+                                                                 : AskReportsListFolder(this, prompter_, session_);
     if (!change)
         return;
     save(*change);
-    if (files)
+    if (command == WindowCommand::DisplayedFiles)
         showFolder(folder_, true);  // the cache's name covers neither filters nor families
-    else
+    else if (command == WindowCommand::ColumnOrder)
         session_.columns.htmlOrder = ReadColumnOrder(session_.configurationFile, int(session_.columns.columns.size()));
 }
 
@@ -606,6 +615,7 @@ void MainWindow::run(WindowCommand command)
         break;
     case WindowCommand::DisplayedFiles:
     case WindowCommand::ColumnOrder:
+    case WindowCommand::EditReportsList:
         settingsDialog(command);
         break;
     case WindowCommand::Hypertext:
@@ -650,16 +660,14 @@ void MainWindow::run(WindowCommand command)
         changeReportsList(command);
         break;
     case WindowCommand::ReportsListFolder:
-        chooseReportsListFolder();
+        settingsDialog(command);
         break;
     case WindowCommand::HelpContents:
         prompter_.message(this, Prompter::Icon::Information, session_.captions.text(caption::HelpNotInstalled));
         break;
     case WindowCommand::About:
-        prompter_.message(this, Prompter::Icon::Information,
-                          QLatin1String(kProgramTitle) + u' ' + Main(session_.captions, 78) + u' ' +
-                              QLatin1String(kProgramVersion) + kCrLf + kCrLf + QStringLiteral("Qt ") +
-                              QLatin1String(qVersion()));
+        prompter_.message(this, Prompter::Icon::Information, QLatin1String(kProgramTitle) + u' ' +
+                          Main(session_.captions, 78) + u' ' + QLatin1String(kProgramVersion) + kCrLf + QStringLiteral("Qt ") + QLatin1String(qVersion()));
         break;
     case WindowCommand::AboutQt:
         QApplication::aboutQt();
@@ -721,7 +729,7 @@ void MainWindow::buildReportsList()
     }
     if (session_.configuration.pathListeTableaux.isEmpty() || !IsDirectory(session_.configuration.pathListeTableaux)) {
         prompter_.message(this, Prompter::Icon::Information, session_.captions.text(caption::NoReportsListFolder));
-        chooseReportsListFolder();
+        settingsDialog(WindowCommand::ReportsListFolder);
         if (session_.configuration.pathListeTableaux.isEmpty())
             return;
     }
@@ -760,14 +768,6 @@ void MainWindow::buildReportsList()
                               session_.captions.text(caption::UnableToOpenFile));
             emit workFinished();
         });
-}
-
-void MainWindow::chooseReportsListFolder()
-{
-    const QString& current = session_.configuration.pathListeTableaux;
-    const QString start = current.isEmpty() ? QDir::homePath() : current;
-    if (const auto folder = prompter_.folder(this, session_.captions.text(CaptionSection::List, 24), start))
-        save(SettingsChange().set(key::PathListeTableaux, *folder));
 }
 
 void MainWindow::changeReportsList(WindowCommand command)

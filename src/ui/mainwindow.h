@@ -87,7 +87,6 @@ private:
     void reportCommand(WindowCommand command);
     void buildReportsList();
     void changeReportsList(WindowCommand command);
-    void chooseReportsListFolder();
     void folderChangedOnDisk();
     void goToTypedFolder();
 

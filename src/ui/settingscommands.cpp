@@ -7,6 +7,7 @@
 #include "ui/columnorderdialog.h"
 #include "ui/fileselectiondialog.h"
 #include "ui/prompter.h"
+#include "ui/reportslistdialogs.h"
 #include "ui/substitutionsdialog.h"
 
 namespace brindar {
@@ -35,6 +36,24 @@ void EditSubstitutions(QWidget* parent, Prompter& prompter, const Session& sessi
     SubstitutionsDialog dialog(SubstitutionsPath(session.settingsFolder, session.chooser.nom), session.captions,
                                prompter, parent);
     prompter.exec(dialog);
+}
+
+std::optional<SettingsChange> AskReportsListFolder(QWidget* parent, Prompter& prompter, const Session& session)
+{
+    ReportsListFolderDialog dialog(session.configuration.pathListeTableaux, session.captions, prompter, parent);
+    if (prompter.exec(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return SettingsChange().set(key::PathListeTableaux, dialog.folder());
+}
+
+std::optional<ReportsListEdit> EditReportsList(QWidget* parent, Prompter& prompter, const Session& session,
+                                               const QString& shown)
+{
+    ReportsListDialog dialog(ReportsListPath(session.settingsFolder, session.chooser.nom), shown, session.captions,
+                             prompter, parent);
+    if (prompter.exec(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return ReportsListEdit{dialog.list(), dialog.goTo()};
 }
 
 }  // namespace brindar

@@ -4,6 +4,7 @@
 
 #include "core/session.h"
 #include "core/settings.h"
+#include "reports/reportslist.h"
 
 #include <optional>
 
@@ -21,5 +22,17 @@ std::optional<SettingsChange> AskColumnOrder(QWidget* parent, Prompter& prompter
 // The hyperlink path substitutions, saved to the configuration's ".pat" file when
 // confirmed (the reports read that file each time).
 void EditSubstitutions(QWidget* parent, Prompter& prompter, const Session& session);
+
+// The folder of the lists of reports: "PathListeTableaux".
+std::optional<SettingsChange> AskReportsListFolder(QWidget* parent, Prompter& prompter, const Session& session);
+
+// The reports-list editor, its list saved to the ".txt" file when confirmed; `shown` is the
+// folder the window shows. `goTo`: the folder to show after "Go to directory".
+struct ReportsListEdit {
+    ReportsList list;
+    QString goTo;
+};
+std::optional<ReportsListEdit> EditReportsList(QWidget* parent, Prompter& prompter, const Session& session,
+                                               const QString& shown);
 
 }  // namespace brindar

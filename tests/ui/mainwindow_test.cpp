@@ -5,6 +5,7 @@
 #include "platform/folders.h"
 #include "platform/systeminfo.h"
 #include "support/tempfolder.h"
+#include "ui/folderpicker.h"
 #include "ui/gridtablemodel.h"
 #include "ui/gridview.h"
 #include "ui/mainwindow.h"
@@ -397,7 +398,12 @@ TEST(MainWindow, ListPage)
 
     // No folder for the page yet: the window says so and asks for one.
     QDir().mkpath(sandbox.folder.file(u"lists"_s));
-    prompter.folders.push_back(sandbox.folder.file(u"lists"_s));
+    prompter.onExec = [&](QDialog& dialog) {
+        EXPECT_EQ(dialog.objectName(), u"frmPathListeTableaux");
+        dialog.findChild<FolderPicker*>()->showFolder(sandbox.folder.file(u"lists"_s));
+        dialog.findChild<QPushButton*>(u"cmdOK"_s)->click();
+        return dialog.result();
+    };
     QSignalSpy worked(window.get(), &MainWindow::workFinished);
     window->run(WindowCommand::BuildReportsList);
     EXPECT_EQ(IniValue(sandbox.settings(u"Brindar.ini"_s), u"HTML"_s, u"PathListeTableaux"_s),

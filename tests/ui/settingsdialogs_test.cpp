@@ -5,6 +5,7 @@
 #include "platform/systeminfo.h"
 #include "support/tempfolder.h"
 #include "ui/fileselectiondialog.h"
+#include "ui/folderpicker.h"
 #include "ui/gridtablemodel.h"
 #include "ui/mainwindow.h"
 #include "ui/recordingdesktop.h"
@@ -18,6 +19,8 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableWidget>
+#include <QTest>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -228,4 +231,75 @@ TEST(SettingsDialogs, HyperlinkSubstitutions)
     };
     window.run(WindowCommand::Hypertext);
     EXPECT_TRUE(sandbox.folder.read(u"settings/Brindar.pat"_s).startsWith("\"/srv/archive\""));
+}
+
+TEST(SettingsDialogs, ReportsListEditorAndAddDialog)
+{
+    Sandbox sandbox;
+    for (const char* folder : {"tree/a/x.txt", "tree/b/y.txt"})
+        sandbox.folder.write(QLatin1String(folder), "t");
+    const QString documents = sandbox.folder.file(u"documents"_s);
+    const QString tree = sandbox.folder.file(u"tree"_s);
+    sandbox.folder.write(u"settings/Brindar.txt"_s, "\"" + documents.toUtf8() + "|Documents\",#TRUE#\r\n");
+    ScriptedPrompter prompter;
+    RecordingDesktop desktop;
+    MainWindow window(StartSession(SettingsFolder(), DataFolder(), CurrentSystem()), prompter, desktop, false);
+    QSignalSpy scanned(&window, &MainWindow::scanFinished);
+    window.start();
+    ASSERT_TRUE(scanned.wait(20000));
+
+    QStringList seen;
+    prompter.onExec = [&](QDialog& dialog) {
+        if (dialog.objectName() == u"frmAjouterTableau") {
+            dialog.findChild<FolderPicker*>()->showFolder(tree);
+            Child<QCheckBox>(dialog, "chkSousRepertoires")->setChecked(true);
+            Child<QPushButton>(dialog, "cmdOK")->click();
+            return dialog.result();
+        }
+        auto* grid = Child<QTableWidget>(dialog, "gridTableaux");
+        const auto rows = [grid] {
+            QStringList texts;
+            for (int row = 0; row < grid->rowCount(); ++row)
+                texts << grid->item(row, 0)->text() + u'|' + QFileInfo(grid->item(row, 1)->text()).fileName() + u'|' +
+                             grid->item(row, 2)->text();
+            return texts.join(u';');
+        };
+        Child<QPushButton>(dialog, "cmdAjouter")->click();  // the two sub-folders
+        Child<QPushButton>(dialog, "cmdAjouter")->click();  // nothing new: said, nothing added
+        seen << QString::number(grid->rowCount());
+        emit grid->cellClicked(0, 0);  // the first report left out
+        grid->setCurrentCell(1, 1);
+        auto* title = Child<QLineEdit>(dialog, "txtLibelle");
+        title->clear();
+        QTest::keyClicks(title, u"Folder A"_s);
+        grid->setCurrentCell(2, 1);
+        Child<QPushButton>(dialog, "cmdMonter")->click();
+        seen << rows();
+        Child<QPushButton>(dialog, "cmdSupprimerTout")->click();  // answered No
+        seen << QString::number(grid->rowCount());
+        Child<QPushButton>(dialog, "cmdOK")->click();
+        return dialog.result();
+    };
+    window.run(WindowCommand::EditReportsList);
+    EXPECT_EQ(seen, (QStringList{u"3"_s, u"|documents|Documents;Yes|b|"_s + tree + u"/b"_s + u";Yes|a|Folder A"_s,
+                                 u"3"_s}));
+    bool saidAll = false;
+    for (const auto& call : prompter.calls)
+        saidAll = saidAll || call.text == u"All directories already in list";
+    EXPECT_TRUE(saidAll);
+    const QByteArray file = sandbox.folder.read(u"settings/Brindar.txt"_s);
+    EXPECT_EQ(file, "\"" + documents.toUtf8() + "|Documents\",#FALSE#\r\n\"" + tree.toUtf8() + "/b|" + tree.toUtf8() +
+                        "/b\",#TRUE#\r\n\"" + tree.toUtf8() + "/a|Folder A\",#TRUE#\r\n");
+    EXPECT_EQ(window.findChild<QListWidget*>(u"lstTableaux"_s)->count(), 3);
+
+    // "Go to directory" keeps the list and shows the folder.
+    prompter.onExec = [&](QDialog& dialog) {
+        Child<QTableWidget>(dialog, "gridTableaux")->setCurrentCell(2, 1);
+        Child<QPushButton>(dialog, "cmdGoTo")->click();
+        return dialog.result();
+    };
+    QSignalSpy moved(&window, &MainWindow::scanFinished);
+    window.run(WindowCommand::EditReportsList);
+    ASSERT_TRUE(moved.count() > 0 || moved.wait(20000));
+    EXPECT_EQ(window.folder(), tree + u"/a"_s);
 }
