@@ -75,7 +75,7 @@ constexpr CommandInfo kCommands[] = {
     {WindowCommand::HtmlReport, Menu::Reports, 33, "mnuHTML", "", kReport},
     {WindowCommand::CsvReport, Menu::Reports, 34, "mnuCSV", "", kReport},
     {WindowCommand::WordReport, Menu::Reports, 35, "mnuWord", "", kReport},
-    {WindowCommand::HtmlOptions, Menu::Reports, 36, "mnuOptionsHTML", "", kLater | kSeparatorBefore},
+    {WindowCommand::HtmlOptions, Menu::Reports, 36, "mnuOptionsHTML", "", kSeparatorBefore},
     {WindowCommand::ColumnOrder, Menu::Reports, 37, "mnuColonnesHTML", "", kPlain},
     {WindowCommand::Hypertext, Menu::Reports, 38, "mnuHypertext", "", kPlain},
     {WindowCommand::AddDirectory, Menu::Reports, 39, "mnuAjouterEnsemble", "", kReport | kSeparatorBefore},

@@ -483,6 +483,7 @@ void MainWindow::settingsDialog(WindowCommand command)
     }
     const auto change = command == WindowCommand::DisplayedFiles ? AskFileSelection(this, prompter_, session_)
                         : command == WindowCommand::ColumnOrder  ? AskColumnOrder(this, prompter_, session_)
+                        : command == WindowCommand::HtmlOptions  ? AskHtmlOptions(this, prompter_, session_)
                                                                  : AskReportsListFolder(this, prompter_, session_);
     if (!change)
         return;
@@ -590,6 +591,10 @@ void MainWindow::folderChangedOnDisk()
 
 void MainWindow::run(WindowCommand command)
 {
+    if (const int lines = int(command) - int(WindowCommand::Lines1) + 1; lines >= 1 && lines <= 5) {
+        save(SettingsChange().setNumber(key::LignesTexte, lines));
+        return grid_->setLinesPerRow(lines);
+    }
     switch (command) {
     case WindowCommand::Open:
     case WindowCommand::OpenWithEditor:
@@ -615,6 +620,7 @@ void MainWindow::run(WindowCommand command)
         break;
     case WindowCommand::DisplayedFiles:
     case WindowCommand::ColumnOrder:
+    case WindowCommand::HtmlOptions:
     case WindowCommand::EditReportsList:
         settingsDialog(command);
         break;
@@ -633,14 +639,6 @@ void MainWindow::run(WindowCommand command)
         break;
     case WindowCommand::HighlightColour:
         chooseColour();
-        break;
-    case WindowCommand::Lines1:
-    case WindowCommand::Lines2:
-    case WindowCommand::Lines3:
-    case WindowCommand::Lines4:
-    case WindowCommand::Lines5:
-        save(SettingsChange().setNumber(key::LignesTexte, int(command) - int(WindowCommand::Lines1) + 1));
-        grid_->setLinesPerRow(int(command) - int(WindowCommand::Lines1) + 1);
         break;
     case WindowCommand::FullGrid:
     case WindowCommand::GridAndButtons:

@@ -6,6 +6,7 @@
 #include "core/fileselection.h"
 #include "ui/columnorderdialog.h"
 #include "ui/fileselectiondialog.h"
+#include "ui/htmloptionsdialog.h"
 #include "ui/prompter.h"
 #include "ui/reportslistdialogs.h"
 #include "ui/substitutionsdialog.h"
@@ -36,6 +37,14 @@ void EditSubstitutions(QWidget* parent, Prompter& prompter, const Session& sessi
     SubstitutionsDialog dialog(SubstitutionsPath(session.settingsFolder, session.chooser.nom), session.captions,
                                prompter, parent);
     prompter.exec(dialog);
+}
+
+std::optional<SettingsChange> AskHtmlOptions(QWidget* parent, Prompter& prompter, const Session& session)
+{
+    HtmlOptionsDialog dialog(HtmlOptionsOf(session.configuration), session.captions, prompter, parent);
+    if (prompter.exec(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return HtmlOptionsChange(dialog.options());
 }
 
 std::optional<SettingsChange> AskReportsListFolder(QWidget* parent, Prompter& prompter, const Session& session)

@@ -23,6 +23,8 @@ std::optional<SettingsChange> AskColumnOrder(QWidget* parent, Prompter& prompter
 // confirmed (the reports read that file each time).
 void EditSubstitutions(QWidget* parent, Prompter& prompter, const Session& session);
 
+// The HTML layout options: the nineteen keys of section "HTML", in their order.
+std::optional<SettingsChange> AskHtmlOptions(QWidget* parent, Prompter& prompter, const Session& session);
 // The folder of the lists of reports: "PathListeTableaux".
 std::optional<SettingsChange> AskReportsListFolder(QWidget* parent, Prompter& prompter, const Session& session);
 

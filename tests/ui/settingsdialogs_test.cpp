@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSignalSpy>
 #include <QTableWidget>
 #include <QTest>
@@ -302,4 +303,40 @@ TEST(SettingsDialogs, ReportsListEditorAndAddDialog)
     window.run(WindowCommand::EditReportsList);
     ASSERT_TRUE(moved.count() > 0 || moved.wait(20000));
     EXPECT_EQ(window.folder(), tree + u"/a"_s);
+}
+
+TEST(SettingsDialogs, HtmlOptions)
+{
+    Sandbox sandbox;
+    ScriptedPrompter prompter;
+    RecordingDesktop desktop;
+    MainWindow window(StartSession(SettingsFolder(), DataFolder(), CurrentSystem()), prompter, desktop, false);
+    QStringList seen;
+    prompter.onExec = [&](QDialog& dialog) {
+        auto* prefix = Child<QLineEdit>(dialog, "txtPrefixeTableauHTML");
+        prefix->setText(u"My:Rep?orts"_s);
+        seen << prefix->text() << Child<QLabel>(dialog, "lblExemple")->text();
+        seen << QString::number(Child<QLabel>(dialog, "lblErrPrefixe")->isVisibleTo(&dialog));
+        auto* index = Child<QCheckBox>(dialog, "chkIndexListes");
+        index->setChecked(false);
+        seen << QString::number(Child<QRadioButton>(dialog, "optIndexListe")->isEnabled());
+        Child<QRadioButton>(dialog, "optIndexNumerote")->setChecked(true);
+        prompter.questions.push_back(true);
+        emit Child<QLabel>(dialog, "lblExempleEnTete")->linkActivated(u"#"_s);
+        prompter.fileNames.push_back(u"/images/top.png"_s);
+        Child<QPushButton>(dialog, "cmdParcourirEnTete")->click();
+        prompter.colours.push_back(QColor(0x11, 0x22, 0x33));
+        Child<QPushButton>(dialog, "cmdCouleur")->click();
+        Child<QPushButton>(dialog, "cmdOK")->click();
+        return dialog.result();
+    };
+    window.run(WindowCommand::HtmlOptions);
+    EXPECT_EQ(seen, (QStringList{u"MyReports"_s, u"Report file name example: MyReports.html"_s, u"1"_s, u"0"_s}));
+    const QByteArray written = sandbox.configuration();
+    for (const char* line : {"PrefixeTableau=MyReports", "IndexListes=0", "IndexType=0",
+                             "TexteEnTete=<center><h2>List of documents</h2><h3><i>%Date</i></h3></center>",
+                             "ImageEnTete=/images/top.png", "CouleurTitre=3351057"})
+        EXPECT_TRUE(written.contains(line)) << line << "\n" << written.toStdString();
+    EXPECT_EQ(window.session().configuration.prefixeTableau, u"MyReports");
+    EXPECT_EQ(window.session().configuration.imageEnTeteExtension, u".png");
 }
