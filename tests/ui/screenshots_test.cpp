@@ -4,7 +4,16 @@
 #include "platform/folders.h"
 #include "platform/systeminfo.h"
 #include "support/tempfolder.h"
+#include "core/language.h"
+#include "reports/htmloptions.h"
+#include "ui/columnorderdialog.h"
+#include "ui/configurationdialog.h"
+#include "ui/fileselectiondialog.h"
+#include "ui/htmloptionsdialog.h"
 #include "ui/mainwindow.h"
+#include "ui/propertiesdialog.h"
+#include "ui/reportslistdialogs.h"
+#include "ui/substitutionsdialog.h"
 #include "ui/recordingdesktop.h"
 #include "ui/scriptedprompter.h"
 
@@ -13,6 +22,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QMenu>
+#include <QMainWindow>
 #include <QMenuBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -25,7 +35,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList ClippedTexts(MainWindow& window)
+QStringList ClippedTexts(QWidget& window)
 {
     QStringList clipped;
     for (QAbstractButton* button : window.findChildren<QAbstractButton*>())
@@ -35,8 +45,9 @@ QStringList ClippedTexts(MainWindow& window)
         if (label->isVisible() && !label->wordWrap() && !label->text().isEmpty() &&
             label->minimumSizeHint().width() > label->width())
             clipped << u"label "_s + label->objectName() + u": "_s + label->text();
-    QMenuBar* bar = window.menuBar();
-    for (QMenu* menu : bar->findChildren<QMenu*>(Qt::FindDirectChildrenOnly)) {
+    auto* main = qobject_cast<QMainWindow*>(&window);
+    QMenuBar* bar = main ? main->menuBar() : nullptr;
+    for (QMenu* menu : bar ? bar->findChildren<QMenu*>(Qt::FindDirectChildrenOnly) : QList<QMenu*>()) {
         if (menu->title().isEmpty())
             continue;  // the bar's own overflow menu
         const QRect place = bar->actionGeometry(menu->menuAction());
@@ -77,4 +88,46 @@ TEST(MainWindowLooks, ScreenshotsAndNothingClipped)
     }
     qunsetenv("BRINDAR_HOME");
     qunsetenv("XDG_CACHE_HOME");
+}
+
+// Every dialog of the window, in English and in French, as screenshots, none with a text
+// cut short.
+TEST(MainWindowLooks, DialogsInBothLanguages)
+{
+    TempFolder sandbox;
+    sandbox.write(u"Brindar.ini"_s, "[Configuration]\r\n");
+    sandbox.write(u"Photos.ini"_s, "[Configuration]\r\nRepertoire=/home/me/Photos\r\n");
+    sandbox.write(u"Brindar.pat"_s, "\"/home/me/Docs\",\"http://intranet/docs\"\r\n");
+    sandbox.write(u"Brindar.txt"_s, "\"/home/me/Docs|Documents\",#TRUE#\r\n");
+    const QString sample = SourceFile(u"samples/documents/report.pdf"_s);
+    QDir().mkpath(QStringLiteral(BRINDAR_SCREENSHOTS_DIR));
+    for (const char* language : {"English", "French"}) {
+        const Captions captions = LoadLanguage(QLatin1String(language), sandbox.path(), DataFolder());
+        ScriptedPrompter prompter;
+        ReportsList list{{u"/home/me/Docs"_s, u"Documents"_s, true}};
+        FileSelection selection;
+        std::vector<std::unique_ptr<QDialog>> dialogs;
+        dialogs.push_back(std::make_unique<ConfigurationDialog>(ConfigurationDialog::Mode::Select, sandbox.path(),
+                                                                u"Photos"_s, captions, prompter));
+        dialogs.push_back(std::make_unique<FileSelectionDialog>(selection, captions, prompter));
+        dialogs.push_back(std::make_unique<ColumnOrderDialog>(QStringList{u"   Document"_s, u"Title"_s, u"Author"_s},
+                                                              QList<int>{0, 1, 2}, captions, prompter));
+        dialogs.push_back(std::make_unique<SubstitutionsDialog>(sandbox.file(u"Brindar.pat"_s), captions, prompter));
+        dialogs.push_back(std::make_unique<HtmlOptionsDialog>(HtmlOptionsOf(Configuration{}), captions, prompter));
+        dialogs.push_back(std::make_unique<ReportsListFolderDialog>(sandbox.path(), captions, prompter));
+        dialogs.push_back(std::make_unique<ReportsListDialog>(sandbox.file(u"Brindar.txt"_s), sandbox.path(), captions,
+                                                              prompter));
+        dialogs.push_back(std::make_unique<AddReportsDialog>(list, sandbox.path(), captions, prompter));
+        dialogs.push_back(std::make_unique<PropertiesDialog>(
+            sample, QList<std::pair<QString, QString>>{{u"Author"_s, u"Anne Martin"_s}}, captions));
+        for (const auto& dialog : dialogs) {
+            dialog->show();
+            QApplication::processEvents();
+            const QString file = QStringLiteral(BRINDAR_SCREENSHOTS_DIR "/%1-%2.png")
+                                     .arg(dialog->objectName(), QString::fromLatin1(language).toLower());
+            EXPECT_TRUE(dialog->grab().save(file)) << file.toStdString();
+            EXPECT_EQ(ClippedTexts(*dialog), QStringList()) << dialog->objectName().toStdString() << ' ' << language;
+            dialog->close();
+        }
+    }
 }
