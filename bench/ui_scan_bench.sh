@@ -9,16 +9,7 @@ work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 
 # The folder: the six sample documents copied round-robin, each copy its own file.
-mkdir -p "$work/documents"
-python3 - "$work/documents" "$count" <<'PY'
-import os, shutil, sys
-out, count = sys.argv[1], int(sys.argv[2])
-samples = sorted(os.listdir("samples/documents"))
-for i in range(count):
-    name = samples[i % len(samples)]
-    base, ext = os.path.splitext(name)
-    shutil.copy(os.path.join("samples/documents", name), os.path.join(out, "%s-%06d%s" % (base, i, ext)))
-PY
+python3 bench/mixed_folder.py "$work/documents" "$count"
 
 # Settings: the sample configuration in English, cache off.
 mkdir -p "$work/settings"
