@@ -94,38 +94,31 @@ void GridTableModel::clearRows()
 
 void GridTableModel::sortByColumn(int column)
 {
-    if (column < 0 || column >= grid_.columnCount())
-        return;
+    if (column >= 0 && column < grid_.columnCount())
+        reorder([this, column] { grid_.sortByColumn(column); });
+}
+
+void GridTableModel::applySavedSort()
+{
+    reorder([this] { grid_.applySavedSort(); });
+}
+
+// The rows change places: every persistent index (selection, current row) moves with the
+// file it stood on.
+void GridTableModel::reorder(const std::function<void()>& sort)
+{
     emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     const QModelIndexList before = persistentIndexList();
     QList<int> ids;
     ids.reserve(before.size());
     for (const QModelIndex& index : before)
         ids << grid_.order().value(index.row(), -1);
-    grid_.sortByColumn(column);
+    sort();
     QList<int> positionOf(grid_.rowCount());
     for (int row = 0; row < grid_.rowCount(); ++row)
         positionOf[grid_.order()[row]] = row;
     QModelIndexList after;
     after.reserve(before.size());
-    for (qsizetype i = 0; i < before.size(); ++i)
-        after << (ids[i] >= 0 ? index(positionOf[ids[i]], before[i].column()) : QModelIndex());
-    changePersistentIndexList(before, after);
-    emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
-}
-
-void GridTableModel::applySavedSort()
-{
-    const QModelIndexList before = persistentIndexList();
-    emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
-    QList<int> ids;
-    for (const QModelIndex& index : before)
-        ids << grid_.order().value(index.row(), -1);
-    grid_.applySavedSort();
-    QList<int> positionOf(grid_.rowCount());
-    for (int row = 0; row < grid_.rowCount(); ++row)
-        positionOf[grid_.order()[row]] = row;
-    QModelIndexList after;
     for (qsizetype i = 0; i < before.size(); ++i)
         after << (ids[i] >= 0 ? index(positionOf[ids[i]], before[i].column()) : QModelIndex());
     changePersistentIndexList(before, after);

@@ -9,6 +9,7 @@
 #include <QAbstractTableModel>
 #include <QColor>
 #include <QList>
+#include <functional>
 
 namespace brindar {
 
@@ -59,6 +60,8 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 private:
+    void reorder(const std::function<void()>& sort);
+
     GridModel grid_;
     QString headerToolTip_;
     QColor colour_;  // the highlighting colour as painted
