@@ -62,6 +62,9 @@ inline constexpr CaptionId FolderCannotBeListed{kMain, 124};
 inline constexpr CaptionId CopyValue{kMain, 125};
 inline constexpr CaptionId SelectConditionsFile{kMain, 126};
 inline constexpr CaptionId CacheLocation{kMain, 127};  // "%1": the cache folder
+inline constexpr CaptionId FirstMetadataTab{kMain, 128};  // 128..134, in MetadataTab order
+inline constexpr CaptionId ClearAll{kMain, 135};
+inline constexpr CaptionId ColumnsCount{kMain, 136};  // "%1 columns"
 
 inline constexpr CaptionId DocumentColumn{CaptionSection::Metadata, 30};
 

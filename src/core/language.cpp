@@ -13,7 +13,7 @@ namespace {
 
 // [Main] and [XML] have no fixed highest entry; these sizes leave room for texts to come.
 constexpr CaptionTableInfo kTables[kCaptionSectionCount] = {
-    {"[Main]", 127, 160},     {"[Configuration]", 10, 12}, {"[Metadata]", 123, 125},
+    {"[Main]", 136, 160},     {"[Configuration]", 10, 12}, {"[Metadata]", 123, 125},
     {"[Select]", 18, 20},    {"[HTML]", 65, 68},          {"[Hypertext]", 15, 15},
     {"[Modify]", 27, 30},    {"[List]", 29, 30},          {"[XML]", 49, 80},
 };

@@ -54,7 +54,7 @@ constexpr CommandInfo kCommands[] = {
     {WindowCommand::RemoveConfiguration, Menu::Configuration, 11, "mnuRemoveConfiguration", "", kPlain},
     {WindowCommand::SelectConditions, Menu::Configuration, caption::SelectConditionsFile.number, "mnuSelectConditions", "",
      kPlain},
-    {WindowCommand::DisplayedMetadata, Menu::Configuration, 12, "mnuDisplayedMetadata", "", kLater | kSeparatorBefore},
+    {WindowCommand::DisplayedMetadata, Menu::Configuration, 12, "mnuDisplayedMetadata", "", kSeparatorBefore},
     {WindowCommand::DisplayedFiles, Menu::Configuration, 13, "mnuDisplayedFiles", "", kPlain},
     {WindowCommand::Surligner, Menu::Options, 15, "mnuSurligner", "", kCheckable},
     {WindowCommand::SurlignerProprietesPersonnelles, Menu::Options, 16, "mnuSurlignerPerso", "", kCheckable},

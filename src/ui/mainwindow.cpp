@@ -197,7 +197,7 @@ void MainWindow::connectSignals()
     });
     connect(watchPause_, &QTimer::timeout, this, &MainWindow::folderChangedOnDisk);
 
-    connect(scanner_, &ScanRunner::rowsReady, this, &MainWindow::onRows);
+    connect(scanner_, &ScanRunner::rowsReady, model_, &GridTableModel::appendRows);
     connect(scanner_, &ScanRunner::progress, this, &MainWindow::onScanProgress);
     connect(scanner_, &ScanRunner::finished, this, &MainWindow::onScanFinished);
 }
@@ -311,8 +311,6 @@ void MainWindow::showFolder(const QString& folder, bool rescan)
     scanner_->start(session_, ScanRequest{folder, rescan, 0});
 }
 
-void MainWindow::onRows(const QList<GridRow>& rows) { model_->appendRows(rows); }
-
 void MainWindow::onScanProgress(const ScanProgress& progress)
 {
     progress_->setRange(0, progress.total);
@@ -347,8 +345,6 @@ void MainWindow::onScanFinished(const ScanResult& result)
                           NamesMessage(session_.captions, QString(), result.messages, kReadErrorsShown));
     emit scanFinished();
 }
-
-bool MainWindow::isBusy() const { return scanner_->isRunning() || task_->isRunning(); }
 
 void MainWindow::stopWork()
 {
@@ -481,15 +477,20 @@ void MainWindow::settingsDialog(WindowCommand command)
         }
         return;
     }
-    const auto change = command == WindowCommand::DisplayedFiles ? AskFileSelection(this, prompter_, session_)
+    const auto change = command == WindowCommand::DisplayedFiles      ? AskFileSelection(this, prompter_, session_)
+                        : command == WindowCommand::DisplayedMetadata ? AskDisplayedMetadata(this, prompter_, session_)
                         : command == WindowCommand::ColumnOrder  ? AskColumnOrder(this, prompter_, session_)
                         : command == WindowCommand::HtmlOptions  ? AskHtmlOptions(this, prompter_, session_)
                                                                  : AskReportsListFolder(this, prompter_, session_);
     if (!change)
         return;
     save(*change);
-    if (command == WindowCommand::DisplayedFiles)
-        showFolder(folder_, true);  // the cache's name covers neither filters nor families
+    if (command == WindowCommand::DisplayedMetadata) {
+        session_.buildColumns();
+        resetGrid();
+    }
+    if (command == WindowCommand::DisplayedFiles || command == WindowCommand::DisplayedMetadata)
+        showFolder(folder_, true);  // the cache's name covers neither filters nor options
     else if (command == WindowCommand::ColumnOrder)
         session_.columns.htmlOrder = ReadColumnOrder(session_.configurationFile, int(session_.columns.columns.size()));
 }
@@ -619,6 +620,7 @@ void MainWindow::run(WindowCommand command)
         configurationDialog(command);
         break;
     case WindowCommand::DisplayedFiles:
+    case WindowCommand::DisplayedMetadata:
     case WindowCommand::ColumnOrder:
     case WindowCommand::HtmlOptions:
     case WindowCommand::EditReportsList:

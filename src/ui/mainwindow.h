@@ -50,7 +50,6 @@ public:
     const Session& session() const { return session_; }
     const GridTableModel& model() const { return *model_; }
     GridView& grid() const { return *grid_; }
-    bool isBusy() const;
     // Runs a command as its menu entry or button does.
     void run(WindowCommand command);
 
@@ -68,7 +67,6 @@ private:
     void updateTitle();
     void applyConfiguration();
     void resetGrid();
-    void onRows(const QList<GridRow>& rows);
     void onScanFinished(const ScanResult& result);
     void onScanProgress(const ScanProgress& progress);
     void stopWork();

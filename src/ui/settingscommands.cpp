@@ -5,6 +5,7 @@
 #include "core/configurationfiles.h"
 #include "core/fileselection.h"
 #include "ui/columnorderdialog.h"
+#include "ui/displayedmetadatadialog.h"
 #include "ui/fileselectiondialog.h"
 #include "ui/htmloptionsdialog.h"
 #include "ui/prompter.h"
@@ -19,6 +20,14 @@ std::optional<SettingsChange> AskFileSelection(QWidget* parent, Prompter& prompt
     if (prompter.exec(dialog) != QDialog::Accepted)
         return std::nullopt;
     return FileSelectionChange(dialog.selection());
+}
+
+std::optional<SettingsChange> AskDisplayedMetadata(QWidget* parent, Prompter& prompter, const Session& session)
+{
+    DisplayedMetadataDialog dialog(DisplayedFieldsOf(session.configurationFile), session.captions, parent);
+    if (prompter.exec(dialog) != QDialog::Accepted)
+        return std::nullopt;
+    return DisplayedFieldsChange(dialog.fields());
 }
 
 std::optional<SettingsChange> AskColumnOrder(QWidget* parent, Prompter& prompter, const Session& session)

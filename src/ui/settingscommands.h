@@ -16,6 +16,9 @@ class Prompter;
 
 // The displayed-files dialog: the eleven keys of the file selection.
 std::optional<SettingsChange> AskFileSelection(QWidget* parent, Prompter& prompter, const Session& session);
+// The displayed-metadata dialog: every switch of the field table, the user-defined slots,
+// "IPTCMacXML" and the PDF and IPTC label keys.
+std::optional<SettingsChange> AskDisplayedMetadata(QWidget* parent, Prompter& prompter, const Session& session);
 // The order of the columns in reports: "NbColumns" and the positions.
 std::optional<SettingsChange> AskColumnOrder(QWidget* parent, Prompter& prompter, const Session& session);
 

@@ -8,6 +8,7 @@
 #include "reports/htmloptions.h"
 #include "ui/columnorderdialog.h"
 #include "ui/configurationdialog.h"
+#include "ui/displayedmetadatadialog.h"
 #include "ui/fileselectiondialog.h"
 #include "ui/htmloptionsdialog.h"
 #include "ui/mainwindow.h"
@@ -110,6 +111,7 @@ TEST(MainWindowLooks, DialogsInBothLanguages)
         dialogs.push_back(std::make_unique<ConfigurationDialog>(ConfigurationDialog::Mode::Select, sandbox.path(),
                                                                 u"Photos"_s, captions, prompter));
         dialogs.push_back(std::make_unique<FileSelectionDialog>(selection, captions, prompter));
+        dialogs.push_back(std::make_unique<DisplayedMetadataDialog>(DisplayedFieldsOf(IniDocument()), captions));
         dialogs.push_back(std::make_unique<ColumnOrderDialog>(QStringList{u"   Document"_s, u"Title"_s, u"Author"_s},
                                                               QList<int>{0, 1, 2}, captions, prompter));
         dialogs.push_back(std::make_unique<SubstitutionsDialog>(sandbox.file(u"Brindar.pat"_s), captions, prompter));

@@ -4,6 +4,7 @@
 #include "platform/folders.h"
 #include "platform/systeminfo.h"
 #include "support/tempfolder.h"
+#include "readers/displayedfields.h"
 #include "ui/fileselectiondialog.h"
 #include "ui/folderpicker.h"
 #include "ui/gridtablemodel.h"
@@ -339,4 +340,51 @@ TEST(SettingsDialogs, HtmlOptions)
         EXPECT_TRUE(written.contains(line)) << line << "\n" << written.toStdString();
     EXPECT_EQ(window.session().configuration.prefixeTableau, u"MyReports");
     EXPECT_EQ(window.session().configuration.imageEnTeteExtension, u".png");
+}
+
+// Ticking Title on the PDF tab ticks the one Title switch everywhere; OK writes it and its
+// family labels, rebuilds the columns and rescans: the samples' titles fill the column.
+TEST(SettingsDialogs, DisplayedMetadata)
+{
+    Sandbox sandbox;
+    sandbox.folder.write(u"settings/Brindar.ini"_s,
+                         "[Configuration]\r\nLangue=English\r\nRepertoire=" + SourceFile(u"samples/documents"_s).toUtf8() +
+                             "\r\nUseNTFSCache=0\r\n");
+    ScriptedPrompter prompter;
+    RecordingDesktop desktop;
+    MainWindow window(StartSession(SettingsFolder(), DataFolder(), CurrentSystem()), prompter, desktop, false);
+    QSignalSpy scanned(&window, &MainWindow::scanFinished);
+    window.start();
+    ASSERT_TRUE(scanned.wait(20000));
+    ASSERT_EQ(window.model().grid().columnCount(), 1);
+
+    QStringList seen;
+    prompter.onExec = [&](QDialog& dialog) {
+        const int pdf = int(MetadataTab::Pdf), office = int(MetadataTab::Office), iptc = int(MetadataTab::Iptc);
+        Child<QCheckBox>(dialog, qPrintable(u"chkTI_%1"_s.arg(pdf)))->setChecked(true);
+        seen << QString::number(Child<QCheckBox>(dialog, qPrintable(u"chkTI_%1"_s.arg(office)))->isChecked());
+        seen << QString::number(Child<QCheckBox>(dialog, qPrintable(u"chkTI_%1"_s.arg(iptc)))->isChecked());
+        seen << Child<QLabel>(dialog, "lblColonnes")->text();
+        Child<QCheckBox>(dialog, "chkPerso2")->setChecked(true);
+        seen << QString::number(!Child<QLabel>(dialog, "lblAvertissement")->isHidden());
+        Child<QLineEdit>(dialog, "textPerso2")->setText(u"Client"_s);
+        seen << QString::number(!Child<QLabel>(dialog, "lblAvertissement")->isHidden());
+        seen << Child<QLabel>(dialog, "lblColonnes")->text();
+        Child<QPushButton>(dialog, "cmdOK")->click();
+        return dialog.result();
+    };
+    QSignalSpy rescanned(&window, &MainWindow::scanFinished);
+    window.run(WindowCommand::DisplayedMetadata);
+    EXPECT_EQ(seen, (QStringList{u"1"_s, u"1"_s, u"2 columns"_s, u"1"_s, u"0"_s, u"3 columns"_s}));
+    const QByteArray written = sandbox.configuration();
+    for (const char* line : {"Titre=1", "PDFTitle=1", "IPTCHeadline=1", "textPerso2=Client", "chkPerso2=1"})
+        EXPECT_TRUE(written.contains(line)) << line;
+    ASSERT_TRUE(rescanned.wait(20000));
+    const GridModel& grid = window.model().grid();
+    ASSERT_EQ(grid.columnCount(), 3);
+    EXPECT_EQ(grid.caption(1), u"Title");
+    int titles = 0;
+    for (int row = 0; row < grid.rowCount(); ++row)
+        titles += !grid.cell(row, 1).isEmpty();
+    EXPECT_GE(titles, 4);
 }
